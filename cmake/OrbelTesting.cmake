@@ -58,6 +58,7 @@ function(orbel_add_fuzzer name)
     return()
   endif()
   add_executable(${name} ${F_SOURCES})
+  add_dependencies(orbel_fuzzers ${name})
   target_link_libraries(${name} PRIVATE ${F_LIBS})
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   add_test(NAME ${name}

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # Configures and builds one build tree: scripts/build.sh <dir> [cmake options...]
+# ORBEL_BUILD_TARGET names one target to build instead of everything.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 dir=$1
@@ -9,4 +10,4 @@ if [ ! -f "$dir/build.ninja" ]; then
 else
   cmake "$dir" "$@" >/dev/null
 fi
-cmake --build "$dir" -- -j"$(nproc)"
+cmake --build "$dir" ${ORBEL_BUILD_TARGET:+--target "$ORBEL_BUILD_TARGET"} -- -j"$(nproc)"

@@ -49,7 +49,7 @@ echo "== sanitizer build and test"
 run_ctest "sanitizer build" build-asan || status=1
 
 echo "== fuzz targets, a short run each"
-CC=clang CXX=clang++ "$root/scripts/build.sh" build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORBEL_FUZZ=ON
+CC=clang CXX=clang++ ORBEL_BUILD_TARGET=orbel_fuzzers "$root/scripts/build.sh" build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORBEL_FUZZ=ON
 run_ctest "fuzz" build-fuzz -L fuzz -j1 || status=1
 
 echo "== summary"
