@@ -1,7 +1,13 @@
-#include <cstdio>
+// Orbel Player: the process starts and ends here; everything in between is the application
+// object's start-up (CQKPlayerApp::InitInstance).
+#include "platform/CQKApplication.h"
+#include "player/CQKPlayerApp.h"
 
-int main(int, char**)
+int main(int argc, char** argv)
 {
-    std::puts("Orbel Player is built. Its window is not part of this build yet, so there is nothing to show.");
+    const QStringList args = CQKApplication::CommandLine(argc, argv);
+    CQKApplication app(argc, argv);
+    theApp.SetCommandLine(args);
+    theApp.InitInstance();
     return 0;
 }

@@ -1,0 +1,28 @@
+#pragma once
+// CQKApplication: the window system connection of the process.
+//
+// main() makes one before anything else and keeps it until the end. It keeps Qt's widget
+// classes out of the program's own folders: the player never sees the QApplication.
+#include <QStringList>
+#include <memory>
+
+class QApplication;
+
+class CQKApplication
+{
+public:
+    // Connects to the window system. Afterwards the numeric locale is "C" again (Qt sets the
+    // locale from the environment), as the engine and every number written to a file need.
+    CQKApplication(int& argc, char** argv);
+    ~CQKApplication();
+    CQKApplication(const CQKApplication&) = delete;
+    CQKApplication& operator=(const CQKApplication&) = delete;
+
+    // The command line, every entry including the first, decoded by the locale. Read before
+    // the connection is made, so that the window system takes away no entry that looks like
+    // one of its own switches: the program has none, and every entry is a file.
+    static QStringList CommandLine(int argc, char** argv);
+
+private:
+    std::unique_ptr<QApplication> m_pApp;
+};

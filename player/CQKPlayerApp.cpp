@@ -1,0 +1,203 @@
+#include "player/CQKPlayerApp.h"
+
+#include "engine/qkplay.h"
+#include "platform/CQKSingleInstance.h"
+#include "platform/QKAppFolder.h"
+#include "platform/QKMessages.h"
+#include "player/CQKPlayerDlg.h"
+#include "player/QKPlayerOptions.h"
+#include "services/CQKXmlDocument.h"
+#include "toolkit/QKTheme.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+CQKPlayerApp theApp;
+
+namespace {
+
+// The name of the per-user lock that tells a first start from a later one.
+const QString kMutexName = QStringLiteral("{6F1D3A94-2C7B-4E58-9B06-D41C7E82A5F3}x64");
+// The name of the socket a later start wakes the running player through: the main window's
+// class name.
+const QString kServerName = QStringLiteral("QKOrbelPlayerGuiFrame");
+const QString kStartupFileName = QStringLiteral("playercommand.dat");
+
+const char16_t* Wide(const QString& s)
+{
+    return reinterpret_cast<const char16_t*>(s.utf16());
+}
+
+} // namespace
+
+CQKPlayerApp::CQKPlayerApp() = default;
+CQKPlayerApp::~CQKPlayerApp() = default;
+
+QString CQKPlayerApp::GetAppDirectory() const
+{
+    return QKAppFolder();
+}
+
+QString CQKPlayerApp::GetStartupFilePath() const
+{
+    return QKWritableSkinFolder() + kStartupFileName;
+}
+
+QString CQKPlayerApp::GetOptionsPath() const
+{
+    return QKWritableSkinFolder() + QString::fromUtf16(QKPlayerOptions::kFileName);
+}
+
+void CQKPlayerApp::LoadPlayerOptions()
+{
+    // An installed copy writes its options to the user's folder; until it has done so, a file
+    // shipped in the program's own skin folder gives the starting values.
+    QString strPath = GetOptionsPath();
+    if (!QFileInfo::exists(strPath))
+        strPath = GetAppDirectory() + QStringLiteral("skin/") + QString::fromUtf16(QKPlayerOptions::kFileName);
+    QKPlayerOptions::Load(strPath);
+}
+
+void CQKPlayerApp::SavePlayerOptions()
+{
+    // A failure to save is not reported: the run's changes are lost, nothing else.
+    QKPlayerOptions::Save(GetOptionsPath());
+}
+
+bool CQKPlayerApp::InitInstance()
+{
+    m_hInstanceMutex.reset();
+    // The options first: they say whether this start hands its files over.
+    LoadPlayerOptions();
+    // Every start writes its list, before it knows whether another player runs.
+    WriteStartupFiles(m_arrCommandLine);
+
+    if (QKPlayerOptions::bOnlyOneInstance) {
+        m_hInstanceMutex = std::make_unique<CQKSingleInstance>(kMutexName, kServerName);
+        if (!m_hInstanceMutex->Acquire()) {
+            // Another player runs: wake it and end. The running player brings its window up
+            // and reads the list this start wrote. Nobody answering means the other player is
+            // on its way out; this start then ends silently all the same, and its list stays
+            // on disk for whoever reads it next. Such a start saves no options.
+            m_hInstanceMutex->WakeRunningInstance();
+            m_hInstanceMutex.reset();
+            return false;
+        }
+        m_hInstanceMutex->Listen([this] { OnWakeUp(); });
+    }
+
+    // Common controls, the framework's own start, OLE, the shell manager, the registry key
+    // and the graphics library need nothing here.
+
+    // The theme: colours first, then the fonts.
+    LoadUIColors();
+    LoadBigFontFile();
+
+    {
+        CQKPlayerDlg dlg;
+        m_pMainWnd = &dlg;
+        // The window carries the class name "QKOrbelPlayerGuiFrame" from its creation.
+        dlg.DoModal();
+        m_pMainWnd = nullptr;
+        // Options are saved by a player that ran its window, before the lock goes, so that a
+        // start that comes at this moment still hands over rather than runs beside us.
+        SavePlayerOptions();
+        if (m_hInstanceMutex)
+            m_hInstanceMutex.reset();
+    }
+    return false;
+}
+
+void CQKPlayerApp::OnWakeUp()
+{
+    CQKPlayerDlg* pDlg = m_pMainWnd;
+    // Before the window exists there is nothing to bring up; the window reads the list on
+    // its own 100 ms after it came up.
+    if (!pDlg || !pDlg->IsWindow())
+        return;
+    if (pDlg->IsIconic())
+        pDlg->ShowWindow(SW_RESTORE);
+    pDlg->SetForegroundWindow();
+    pDlg->PostMessage(QKM_WAKEUP, 0, 0);
+}
+
+void CQKPlayerApp::WriteStartupFiles(const QStringList& args)
+{
+    const QString strPath = GetStartupFilePath();
+    if (QFileInfo::exists(strPath))
+        QFile::remove(strPath);
+    if (args.isEmpty())
+        return;
+    const QString strModule = QCoreApplication::applicationFilePath();
+    CQKXmlDocument doc;
+    CQKXmlNode* pRoot = doc.AddChild(u"startupfiles", CQKXmlNode::kTypeElement);
+    for (const QString& arg : args) {
+        // Every argument is a candidate file, the first one included; only the program's own
+        // full path is left out. A program started by a relative path therefore lists its own
+        // file, which then fails as media like any other file that is not.
+        if (arg.compare(strModule, Qt::CaseInsensitive) == 0)
+            continue;
+        if (arg.isEmpty() || !QFileInfo::exists(arg))
+            continue;
+        CQKXmlNode* pItem = pRoot->AddChild(u"item", CQKXmlNode::kTypeElement);
+        pItem->AddAttribute(u"file", Wide(arg));
+    }
+    doc.SaveFile(Wide(strPath));
+}
+
+bool CQKPlayerApp::ReadStartupList(const QString& strPath, QStringList& arrFiles)
+{
+    CQKXmlDocument doc;
+    if (!doc.LoadFile(Wide(strPath)))
+        return false;
+    arrFiles.clear();
+    // A file without a `startupfiles` root is never written by the program; it reads as a
+    // list without entries.
+    QKXMLPOS pos = nullptr;
+    CQKXmlNode* pRoot = doc.FindChild(u"startupfiles", pos);
+    while (pRoot && pRoot->GetType() != CQKXmlNode::kTypeElement)
+        pRoot = pos ? doc.FindNextChild(u"startupfiles", pos) : nullptr;
+    if (!pRoot)
+        return true;
+    QKXMLPOS posItem = nullptr;
+    for (CQKXmlNode* pItem = pRoot->FindChild(u"item", posItem); pItem; pItem = posItem ? pRoot->FindNextChild(u"item", posItem) : nullptr) {
+        if (pItem->GetType() != CQKXmlNode::kTypeElement)
+            continue;
+        arrFiles.append(QString::fromUtf16(pItem->GetAttribute(u"file", u"")));
+    }
+    return true;
+}
+
+void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
+{
+    QStringList arrFiles;
+    if (!ReadStartupList(GetStartupFilePath(), arrFiles))
+        return;
+    // The queue and the current path are replaced, but a running playback goes on: with an
+    // empty list the player forgets which file it plays, and Play then asks for a file.
+    dlg.m_arrFiles = arrFiles;
+    dlg.m_strMediaPath.clear();
+    if (dlg.m_arrFiles.isEmpty())
+        return;
+    dlg.m_strMediaPath = dlg.m_arrFiles.first();
+    for (;;) {
+        int nReserved = 0;
+        double dReserved = 0.0;
+        if (qkplaydll_GetMediaInfoEx(Wide(dlg.m_strMediaPath), &dlg.m_bHasVideo, &nReserved, &dlg.m_nVideoWidth, &dlg.m_nVideoHeight, &dlg.m_dDuration, &dReserved))
+            break;
+        dlg.m_bHasVideo = 0;
+        dlg.m_strMediaPath.clear();
+        dlg.m_arrFiles.removeFirst();
+        if (dlg.m_arrFiles.isEmpty())
+            break;
+        dlg.m_strMediaPath = dlg.m_arrFiles.first();
+    }
+    // No message on this way: a list without a playable file just plays nothing.
+    if (dlg.m_strMediaPath.isEmpty() || !QFileInfo(dlg.m_strMediaPath).isFile())
+        return;
+    dlg.m_bInfoLoaded = 1;
+    dlg.OnStop();
+    dlg.OnPlayPause();
+    dlg.m_bInfoLoaded = 0;
+}

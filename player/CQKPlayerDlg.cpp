@@ -1,0 +1,218 @@
+#include "player/CQKPlayerDlg.h"
+
+#include "platform/CQKPlayWnd.h"
+#include "platform/QKKeys.h"
+#include "platform/QKMessages.h"
+#include "platform/QKSystem.h"
+#include "player/CQKPlayerApp.h"
+#include "player/QKPlayerOptions.h"
+#include "toolkit/QKTheme.h"
+
+#include <QImage>
+#include <QPainter>
+
+namespace {
+
+// Control number of the video surface inside the main window.
+constexpr int kPlayWndID = 30;
+// The smallest window that dragging makes.
+constexpr int kMinWidth = 330;
+constexpr int kMinHeight = 322;
+
+QColor FromColorRef(uint32_t clr)
+{
+    return QColor(QKRed(clr), QKGreen(clr), QKBlue(clr));
+}
+
+} // namespace
+
+CQKPlayerDlg::CQKPlayerDlg()
+{
+    // Icons and the taskbar's buttons come with the frame and the taskbar.
+    m_bHasTaskbarList = IsWindows7OrLater();
+    // The twelve keys of the main window grow with the panel; these are the ones that need
+    // no control.
+    SetAccelerators({
+        { 0, VK_SPACE, QKCMD_PLAYPAUSE },
+        { QKMOD_CONTROL, 'S', QKCMD_STOP },
+        { QKMOD_CONTROL, 'E', QKCMD_CLOSE },
+        { 0, VK_ESCAPE, QKCMD_ESCAPE },
+    });
+    m_bCursorVisible = 1;
+    m_dwLastMoveTick = QKGetTickCount();
+    m_ptLastCursor = GetCursorPos();
+    // Every run begins in the default display ratio, whatever the options file says: the
+    // value read from the file is written back at the end but never takes effect.
+    QKPlayerOptions::dr = 0;
+}
+
+CQKPlayerDlg::~CQKPlayerDlg()
+{
+    if (IsWindow())
+        DestroyWindow();
+}
+
+int CQKPlayerDlg::DoModal()
+{
+    CQKHostCreate create;
+    create.nStyle = QKHS_FRAMELESS;
+    create.strClassName = QString::fromUtf16(kClassName);
+    create.strTitle = QString::fromUtf16(kTitle);
+    create.rcWindow = QRect(0, 0, kStartWidth, kStartHeight);
+    if (!Create(create))
+        return -1;
+    OnInitDialog();
+    RunModal();
+    if (IsWindow())
+        DestroyWindow();
+    return m_nModalResult;
+}
+
+void CQKPlayerDlg::OnCreate()
+{
+    // The video surface: a hidden child over the video area, painted by the engine alone.
+    m_wndPlay = std::make_unique<CQKPlayWnd>();
+    m_wndPlay->Create(this);
+    (void)kPlayWndID;
+    // The full-screen bars come with full screen.
+}
+
+void CQKPlayerDlg::OnInitDialog()
+{
+    // Dropped files need no privilege filter here.
+    m_rcVideo = QRect(0, 0, 856, 480);
+    (void)kMinWidth;
+    (void)kMinHeight;
+    // Start size, centred on the primary screen.
+    const QRect rcScreen = GetPrimaryWorkArea();
+    MoveWindow(rcScreen.x() + (rcScreen.width() - kStartWidth) / 2, rcScreen.y() + (rcScreen.height() - kStartHeight) / 2, kStartWidth, kStartHeight, false);
+    if (QKPlayerOptions::bAlwaysOnTop)
+        SetTopmost(true);
+    DragAcceptFiles(true);
+    ComputeVideoRect();
+    // The skin and the controls come with the panel; the tool tip colour follows the text.
+    g_clrToolTipText = g_clrText;
+    SetWindowText(QString::fromUtf16(kTitle));
+    qkplaydll_SetMute(QKPlayerOptions::bMute);
+    qkplaydll_SetVolume(QKPlayerOptions::dVolumeScale / 100.0);
+    SetTimer(QKTIMER_CURSOR, 100);
+    SetTimer(QKTIMER_STARTUP, 100);
+}
+
+intptr_t CQKPlayerDlg::OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam)
+{
+    switch (msg) {
+    case WM_COMMAND:
+        OnCommand(static_cast<uint32_t>(wParam));
+        return 0;
+    case QKM_PLAYEND:
+        OnPlayEnd();
+        return 0;
+    case QKM_WAKEUP:
+        // The later start saved its list before it woke us; read it a little later, as the
+        // first reading after start-up does.
+        SetTimer(QKTIMER_STARTUP, 100);
+        return 0;
+    default:
+        return CQKHostWnd::OnMessage(msg, wParam, lParam);
+    }
+}
+
+void CQKPlayerDlg::OnCommand(uint32_t nCmd)
+{
+    switch (nCmd) {
+    case QKCMD_CLOSE:
+        OnCancel();
+        break;
+    case QKCMD_PLAYPAUSE:
+        OnPlayPause();
+        break;
+    case QKCMD_STOP:
+        OnStop();
+        break;
+    case QKCMD_ESCAPE:
+        // Esc leaves full screen first; the window has no full screen yet.
+        OnCancel();
+        break;
+    case QKCMD_SIZE200:
+        ResizeToVideo(2.0);
+        QKPlayerOptions::ds = 0;
+        break;
+    case QKCMD_SIZE100:
+        ResizeToVideo(1.0);
+        QKPlayerOptions::ds = 1;
+        break;
+    case QKCMD_SIZE50:
+        ResizeToVideo(0.5);
+        QKPlayerOptions::ds = 2;
+        break;
+    default:
+        break;
+    }
+}
+
+void CQKPlayerDlg::OnTimer(uint32_t nID)
+{
+    switch (nID) {
+    case QKTIMER_STARTUP:
+        // A one-shot: the list is read once per start and once per wake-up.
+        KillTimer(QKTIMER_STARTUP);
+        theApp.ReadStartupFiles(*this);
+        break;
+    default:
+        break;
+    }
+}
+
+void CQKPlayerDlg::OnSize(int w, int h)
+{
+    CQKHostWnd::OnSize(w, h);
+    if (m_bInMaximize)
+        return;
+    ComputeVideoRect();
+    UpdateVideoLayout();
+    InvalidateRect();
+}
+
+void CQKPlayerDlg::OnPaint()
+{
+    const QRect rcClient = GetClientRect();
+    if (rcClient.isEmpty())
+        return;
+    QImage image(rcClient.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(FromColorRef(g_clrFace));
+    {
+        QPainter painter(&image);
+        painter.fillRect(m_rcVideo, Qt::black);
+    }
+    UpdateWindowFromImage(image, QPoint(0, 0));
+}
+
+void CQKPlayerDlg::OnClose()
+{
+    // The system's close goes the way of the close command.
+    PostMessage(WM_COMMAND, QKCMD_CLOSE, 0);
+}
+
+void CQKPlayerDlg::OnCancel()
+{
+    m_nModalResult = static_cast<int>(QKCMD_CLOSE);
+    EndModal(m_nModalResult);
+}
+
+void CQKPlayerDlg::OnDestroy()
+{
+    // Timer 4 is left alone: it dies with the window.
+    KillTimer(QKTIMER_POSITION);
+    KillTimer(QKTIMER_BARS);
+    KillTimer(QKTIMER_CURSOR);
+    qkplaydll_Stop();
+    if (m_hPlayThread) {
+        m_hPlayThread->join();
+        m_hPlayThread.reset();
+    }
+    if (m_wndPlay) {
+        m_wndPlay->Destroy();
+        m_wndPlay.reset();
+    }
+}

@@ -1,0 +1,133 @@
+#pragma once
+// CQKPlayerDlg: the main window of the player.
+//
+// A frameless window of class "QKOrbelPlayerGuiFrame" that holds the video surface over its
+// video area and drives the engine. Its operations are split over units by concern:
+//
+//   CQKPlayerDlg.cpp          construction, window creation, initialisation, messages,
+//                             timers, keys and the end of the window
+//   CQKPlayerDlgPlayback.cpp  play, pause, stop, the play thread and the end of media
+//   CQKPlayerDlgVideo.cpp     the video area, display ratio and window size modes
+//
+// Whether something plays is asked of the engine each time; the window keeps only what the
+// engine cannot tell (the queue, the current path and the facts of the current file).
+//
+// Threads: everything runs on the GUI thread except PlayThreadProc, which only carries the
+// blocking qkplaydll_Play. OnStop joins that thread before it changes anything the thread
+// reads, and the thread never waits for the GUI thread.
+#include "engine/qkplay.h"
+#include "platform/CQKHostWnd.h"
+
+#include <QRect>
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <memory>
+#include <thread>
+
+class CQKPlayWnd;
+
+// Commands of the main window (WM_COMMAND ids).
+enum : uint32_t {
+    QKCMD_CLOSE = 2,
+    QKCMD_PLAYPAUSE = 21,
+    QKCMD_STOP = 22,
+    QKCMD_PREVFILE = 23,
+    QKCMD_NEXTFILE = 24,
+    QKCMD_ESCAPE = 32,
+    QKCMD_SIZE100 = 33,
+    QKCMD_SIZE200 = 34,
+    QKCMD_SIZE50 = 35,
+    QKCMD_PLAYEND_NEXT = 36,
+};
+
+// Timers of the main window.
+enum : uint32_t {
+    QKTIMER_POSITION = 1, // 1000 ms while playing
+    QKTIMER_BARS = 2, // 300 ms in full screen
+    QKTIMER_CURSOR = 3, // 100 ms, cursor auto-hide
+    QKTIMER_STARTUP = 4, // 100 ms, one shot: read the start-up list
+};
+
+class CQKPlayerDlg : public CQKHostWnd
+{
+public:
+    // The window class and title of the main window.
+    static constexpr const char16_t* kClassName = u"QKOrbelPlayerGuiFrame";
+    static constexpr const char16_t* kTitle = u"Orbel Player";
+    // Start size of the window and of its video area.
+    static constexpr int kStartWidth = 866;
+    static constexpr int kStartHeight = 562;
+
+    CQKPlayerDlg();
+    ~CQKPlayerDlg() override;
+
+    // Creates the window, runs it until it closes, and destroys it. Returns the command that
+    // ended it.
+    int DoModal();
+    // The window has been made; sizes, skin and timers come here.
+    void OnInitDialog();
+
+    // Playback (CQKPlayerDlgPlayback.cpp).
+    void OnPlayPause();
+    void OnStop();
+    // The engine reached the end of the file (message 1524).
+    void OnPlayEnd();
+    void ShowMediaError();
+
+    // Video area and window sizes (CQKPlayerDlgVideo.cpp).
+    void ComputeVideoRect();
+    void ApplyDisplayRatio();
+    void UpdateVideoLayout();
+    void ResizeToVideo(double dScale);
+    void ApplyWindowSizeMode();
+    // Where the picture goes inside the video area for display ratio mode nMode and a source
+    // of nWidth by nHeight; an empty rectangle when the mode places nothing (a source ratio
+    // with no size). Mode 1 and modes above 7 fill the whole area.
+    static QRect PlacePicture(const QRect& rcVideo, int32_t nMode, int32_t nWidth, int32_t nHeight);
+
+    // Ends the program the way every close command does.
+    void OnCancel();
+
+    // State of the media (read by the start-up list and by tests).
+    QString m_strMediaPath;
+    QStringList m_arrFiles;
+    int32_t m_bHasVideo { 1 };
+    int32_t m_nVideoWidth { 0 };
+    int32_t m_nVideoHeight { 0 };
+    double m_dDuration { 0.0 };
+    int32_t m_bInfoLoaded { 0 };
+    int32_t m_bAudioOnly { 0 };
+
+    // State of the window.
+    QRect m_rcVideo { 0, 0, 856, 480 };
+    int32_t m_bFullScreen { 0 };
+    int32_t m_bMaximized { 0 };
+    int32_t m_bInMaximize { 0 };
+    int32_t m_bCursorVisible { 1 };
+    uint64_t m_dwLastMoveTick { 0 };
+    QPoint m_ptLastCursor;
+    int32_t m_bHasTaskbarList { 0 };
+
+protected:
+    void OnCreate() override;
+    intptr_t OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam) override;
+    void OnTimer(uint32_t nID) override;
+    void OnSize(int w, int h) override;
+    void OnClose() override;
+    void OnDestroy() override;
+    void OnPaint() override;
+
+private:
+    void OnCommand(uint32_t nCmd);
+    // Starts the play thread on m_strMediaPath.
+    void StartPlayThread();
+    static void PlayThreadProc(CQKPlayerDlg* pDlg);
+    // The engine's end-of-media notice, posted from its own thread.
+    static void PostFromEngine(void* pCtx, int nMessage);
+
+    std::unique_ptr<CQKPlayWnd> m_wndPlay;
+    std::unique_ptr<std::thread> m_hPlayThread;
+    qkplay_notify m_notify { &CQKPlayerDlg::PostFromEngine, this };
+    int m_nModalResult { 0 };
+};

@@ -1,0 +1,139 @@
+// Play, pause, stop, the play thread and the end of media.
+//
+//   state    | how it is recognised                        | play thread | timer 1
+//   ---------+---------------------------------------------+-------------+--------
+//   empty    | the current path is not an existing file    | none        | off
+//   stopped  | existing file, engine not ready             | none        | off
+//   playing  | qkplaydll_IsPlaying                         | running     | on
+//   paused   | qkplaydll_IsReady and not playing           | running     | off
+//
+//   event           | from                     | to                  | action
+//   ----------------+--------------------------+---------------------+-------------------
+//   play            | stopped (good file)      | playing             | start
+//   play            | playing                  | paused              | pause
+//   play            | paused                   | playing             | resume
+//   stop            | playing, paused          | stopped             | OnStop
+//   new file        | any                      | playing             | OnStop, then start
+//   end of media    | playing                  | stopped or next     | command 22 or 36
+#include "player/CQKPlayerDlg.h"
+
+#include "platform/CQKPlayWnd.h"
+#include "platform/QKMessages.h"
+#include "player/QKPlayerOptions.h"
+
+#include <QFileInfo>
+#include <cstring>
+
+namespace {
+
+// The engine takes a path of at most this many bytes in UTF-8, its terminator included.
+constexpr size_t kPlayPathBytes = 2048;
+
+bool IsExistingFile(const QString& strPath)
+{
+    return !strPath.isEmpty() && QFileInfo(strPath).isFile();
+}
+
+} // namespace
+
+void CQKPlayerDlg::OnPlayPause()
+{
+    if (!IsExistingFile(m_strMediaPath)) {
+        // The open-file dialog comes with the panel.
+        return;
+    }
+    if (qkplaydll_IsPlaying()) {
+        qkplaydll_PauseOrResume();
+        KillTimer(QKTIMER_POSITION);
+        return;
+    }
+    if (qkplaydll_IsReady()) {
+        qkplaydll_PauseOrResume();
+        SetTimer(QKTIMER_POSITION, 1000);
+        return;
+    }
+
+    if (!m_bInfoLoaded) {
+        int nReserved = 0;
+        double dReserved = 0.0;
+        if (!qkplaydll_GetMediaInfoEx(reinterpret_cast<const char16_t*>(m_strMediaPath.utf16()), &m_bHasVideo, &nReserved, &m_nVideoWidth, &m_nVideoHeight, &m_dDuration, &dReserved)) {
+            ShowMediaError();
+            return;
+        }
+    }
+    // A path the engine cannot take is refused here, where the user can be told, rather than
+    // cut short on the play thread.
+    if (static_cast<size_t>(m_strMediaPath.toUtf8().size()) >= kPlayPathBytes) {
+        ShowMediaError();
+        return;
+    }
+    if (m_bHasVideo) {
+        ApplyWindowSizeMode();
+        ApplyDisplayRatio();
+        m_bAudioOnly = 0;
+        m_wndPlay->Show(true);
+    } else {
+        m_wndPlay->Show(false);
+        m_bAudioOnly = 1;
+        InvalidateRect(&m_rcVideo);
+    }
+    StartPlayThread();
+    SetTimer(QKTIMER_POSITION, 1000);
+}
+
+void CQKPlayerDlg::OnStop()
+{
+    qkplaydll_Stop();
+    // No time limit: qkplaydll_Stop makes the blocking play call return.
+    if (m_hPlayThread) {
+        m_hPlayThread->join();
+        m_hPlayThread.reset();
+    }
+    KillTimer(QKTIMER_POSITION);
+    if (m_wndPlay)
+        m_wndPlay->Show(false);
+    m_bAudioOnly = 0;
+    InvalidateRect(&m_rcVideo);
+}
+
+void CQKPlayerDlg::OnPlayEnd()
+{
+    PostMessage(WM_COMMAND, QKPlayerOptions::bAutoPlayNext ? QKCMD_PLAYEND_NEXT : QKCMD_STOP, 0);
+}
+
+void CQKPlayerDlg::ShowMediaError()
+{
+    // The message dialog ("Tips", "Error Media File! Please Try Again.") comes with the
+    // toolkit's dialogs; until then a bad file just does not play.
+}
+
+void CQKPlayerDlg::StartPlayThread()
+{
+    // A second start before the engine is ready would leave a running thread behind; the
+    // old one is joined first so that no thread is ever lost.
+    if (m_hPlayThread) {
+        qkplaydll_Stop();
+        m_hPlayThread->join();
+        m_hPlayThread.reset();
+    }
+    m_hPlayThread = std::make_unique<std::thread>(&CQKPlayerDlg::PlayThreadProc, this);
+}
+
+void CQKPlayerDlg::PlayThreadProc(CQKPlayerDlg* pDlg)
+{
+    // The GUI thread changes the path and the video flag only after it joined this thread.
+    char szPath[kPlayPathBytes];
+    std::memset(szPath, 0, sizeof(szPath));
+    const QByteArray utf8 = pDlg->m_strMediaPath.toUtf8();
+    if (static_cast<size_t>(utf8.size()) >= sizeof(szPath))
+        return;
+    std::memcpy(szPath, utf8.constData(), static_cast<size_t>(utf8.size()));
+    const int bAudioOnly = pDlg->m_bHasVideo ? 0 : 1;
+    qkplaydll_Play(szPath, pDlg->m_wndPlay ? pDlg->m_wndPlay->VideoTarget() : nullptr, &pDlg->m_notify, QKM_PLAYEND, 1, 0.0, 0, 0, bAudioOnly);
+}
+
+void CQKPlayerDlg::PostFromEngine(void* pCtx, int nMessage)
+{
+    // The window may be gone by the time the engine posts; the static post checks.
+    CQKHostWnd::PostMessage(static_cast<CQKHostWnd*>(pCtx), static_cast<uint32_t>(nMessage), 0, 0);
+}
