@@ -1,0 +1,123 @@
+#pragma once
+// The one playback of the process: a libmpv instance, the thread that reads its events, and
+// the state that the twelve operations of qkplay.h show to the player.
+//
+// Events of a playback (each handled under the engine's mutex):
+//
+// | event                         | does                                                      |
+// |-------------------------------|-----------------------------------------------------------|
+// | Play                          | new session (supersedes an older one), loadfile queued    |
+// | reply to loadfile             | session learns its playlist entry, or fails               |
+// | file loaded (our entry)       | ready; a seek asked for while loading is sent now         |
+// | end of file, end of media     | posts the notify message once (unless stopped), ends      |
+// | end of file, error or stop    | ends the session without a message                        |
+// | Stop                          | session stopped at once (not ready), stop queued          |
+// | PauseOrResume                 | paused flag toggled at once, pause queued                 |
+#include "qkplay.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <mpv/client.h>
+#include <mpv/render.h>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace qkplay {
+
+class CQKEngine
+{
+public:
+    static CQKEngine& Instance();
+    ~CQKEngine();
+
+    CQKEngine(const CQKEngine&) = delete;
+    CQKEngine& operator=(const CQKEngine&) = delete;
+
+    bool Play(const std::string& strPath, qkplay_video* pVideo, const qkplay_notify* pNotify,
+        int nNotifyMsg, bool bAudioOnly);
+    void Stop();
+    void PauseOrResume();
+    bool IsPlaying();
+    bool IsReady();
+    double GetCurrentPos();
+    double GetLastSeekingPos();
+    void SetCurrentPos(double dPos);
+    void SetVolume(double dVolume);
+    void SetMute(bool bMute);
+    void AdjustColor(int nY, int nU, int nV);
+
+    bool AttachVideo(qkplay_video* pVideo);
+    bool RenderVideo(qkplay_video* pVideo, int nFbo, int nWidth, int nHeight);
+    void DetachVideo(qkplay_video* pVideo);
+
+    // A copy of a property's text, allocated with malloc; null when unavailable.
+    char* GetPropertyText(const char* pszName);
+
+    // The video filter that applies the colour offsets; empty for (0, 0, 0).
+    static std::string ColorFilter(int nY, int nU, int nV);
+
+private:
+    CQKEngine() = default;
+
+    bool EnsureHandleLocked();
+    void EventLoop();
+    void OnEvent(const mpv_event& ev);
+    void OnLoadfileReply(const mpv_event& ev);
+    void ReconcileLocked();
+    void EndSessionLocked(bool bEndOfMedia, bool bError);
+    void SendSeekLocked(double dPos);
+    void ApplyColorLocked();
+    bool SessionOpenLocked() const { return bActive && !bStopRequested && !bEnded; }
+
+    static void OnRenderUpdate(void* pCtx);
+
+    std::mutex mtx;
+    std::condition_variable cvSession;
+    mpv_handle* pMpv { nullptr };
+    std::thread eventThread;
+    bool bQuit { false };
+
+    // Settings that outlive a file.
+    double dVolume { 1.0 };
+    bool bMute { false };
+    int nColorY { 0 };
+    int nColorU { 0 };
+    int nColorV { 0 };
+
+    // The current session: one call of Play.
+    uint64_t nSession { 0 };
+    bool bActive { false };
+    bool bStopRequested { false };
+    bool bEnded { false };
+    bool bFailed { false };
+    bool bLoaded { false };
+    bool bEverLoaded { false };
+    bool bPaused { false };
+    bool bPosted { false };
+    bool bSeekPending { false };
+    double dPendingSeek { 0.0 };
+    double dLastSeek { 0.0 };
+    double dPos { 0.0 };
+    int64_t nEntryId { -1 };
+    qkplay_notify notify { nullptr, nullptr };
+    int nNotifyMsg { 0 };
+
+    // What the event thread saw of playlist entries, so that events that arrive before the
+    // reply to loadfile are not lost.
+    struct tagEnded
+    {
+        int64_t nId { -1 };
+        int nReason { 0 };
+    };
+    int64_t nStartedEntry { -1 };
+    int64_t nLoadedEntry { -1 };
+    tagEnded recentEnds[8] {};
+    unsigned nNextEnd { 0 };
+
+    // The attached video surface.
+    qkplay_video* pAttached { nullptr };
+    mpv_render_context* pRender { nullptr };
+};
+
+} // namespace qkplay

@@ -1,0 +1,31 @@
+#pragma once
+// Reads what the player needs to know of a media file (video or not, picture size, length)
+// with libavformat, without starting the playback engine.
+#include <string>
+
+namespace qkplay {
+
+struct tagQKMediaInfo
+{
+    bool bHasVideo { false };
+    int nWidth { 0 };
+    int nHeight { 0 };
+    double dDuration { 0.0 };
+};
+
+class CQKMediaProbe
+{
+public:
+    // Probes the file named by a UTF-8 path. Returns false, leaving info alone, when the file
+    // is missing, not a regular file, empty, or holds nothing that can be decoded.
+    static bool Probe(const std::string& strPath, tagQKMediaInfo& info);
+
+    // Converts a zero-terminated UTF-16 string to UTF-8. Returns false for unpaired
+    // surrogates and for names longer than nMaxUnits code units.
+    static bool Utf16ToUtf8(const char16_t* psz, std::string& strOut, size_t nMaxUnits = 32768);
+
+private:
+    static int OnInterrupt(void* pOpaque);
+};
+
+} // namespace qkplay

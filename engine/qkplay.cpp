@@ -1,0 +1,141 @@
+// The exported operations of libqkplay.so: argument checks and conversions, then the engine.
+#include "qkplay.h"
+
+#include "CQKEngine.h"
+#include "CQKMediaProbe.h"
+
+#include <cstdlib>
+#include <cstring>
+
+using qkplay::CQKEngine;
+using qkplay::CQKMediaProbe;
+
+namespace {
+
+// The player hands the play path over in a buffer of this size, terminator included.
+constexpr size_t kMaxPlayPath = 2048;
+
+} // namespace
+
+extern "C" {
+
+QKPLAY_API int qkplaydll_GetMediaInfoEx(const char16_t* path, int* pnHasVideo, int* pnReservedInfo,
+    int* pnWidth, int* pnHeight, double* pdDuration,
+    double* pdReservedInfo)
+{
+    (void)pnReservedInfo;
+    (void)pdReservedInfo;
+    std::string strPath;
+    if (!CQKMediaProbe::Utf16ToUtf8(path, strPath))
+        return 0;
+    qkplay::tagQKMediaInfo info;
+    if (!CQKMediaProbe::Probe(strPath, info))
+        return 0;
+    if (pnHasVideo)
+        *pnHasVideo = info.bHasVideo ? 1 : 0;
+    if (pnWidth)
+        *pnWidth = info.nWidth;
+    if (pnHeight)
+        *pnHeight = info.nHeight;
+    if (pdDuration)
+        *pdDuration = info.dDuration;
+    return 1;
+}
+
+QKPLAY_API int qkplaydll_Play(const char* path, qkplay_video* video, qkplay_notify* notify,
+    int nNotifyMsg, int nReserved1, double dReserved2, int nReserved3,
+    intptr_t nReserved4, int bAudioOnly)
+{
+    (void)nReserved1;
+    (void)dReserved2;
+    (void)nReserved3;
+    (void)nReserved4;
+    if (!path)
+        return 0;
+    const size_t nLength = strnlen(path, kMaxPlayPath);
+    if (nLength == 0 || nLength >= kMaxPlayPath)
+        return 0;
+    // The engine would read a relative name with a colon in it ("x:y.mkv") as a protocol;
+    // "./" keeps every name a plain file.
+    std::string strPath(path, nLength);
+    if (strPath[0] != '/')
+        strPath = "./" + strPath;
+    return CQKEngine::Instance().Play(strPath, video, notify, nNotifyMsg, bAudioOnly != 0) ? 1 : 0;
+}
+
+QKPLAY_API void qkplaydll_Stop(void)
+{
+    CQKEngine::Instance().Stop();
+}
+
+QKPLAY_API void qkplaydll_PauseOrResume(void)
+{
+    CQKEngine::Instance().PauseOrResume();
+}
+
+QKPLAY_API int qkplaydll_IsPlaying(void)
+{
+    return CQKEngine::Instance().IsPlaying() ? 1 : 0;
+}
+
+QKPLAY_API int qkplaydll_IsReady(void)
+{
+    return CQKEngine::Instance().IsReady() ? 1 : 0;
+}
+
+QKPLAY_API double qkplaydll_getCurrentPos(void)
+{
+    return CQKEngine::Instance().GetCurrentPos();
+}
+
+QKPLAY_API double qkplaydll_getLastSeekingPos(void)
+{
+    return CQKEngine::Instance().GetLastSeekingPos();
+}
+
+QKPLAY_API void qkplaydll_SetCurrentPos(double dPos)
+{
+    CQKEngine::Instance().SetCurrentPos(dPos);
+}
+
+QKPLAY_API void qkplaydll_SetVolume(double dVolume)
+{
+    CQKEngine::Instance().SetVolume(dVolume);
+}
+
+QKPLAY_API void qkplaydll_SetMute(int bMute)
+{
+    CQKEngine::Instance().SetMute(bMute != 0);
+}
+
+QKPLAY_API void qkplaydll_AdjustColor(int nY, int nU, int nV)
+{
+    CQKEngine::Instance().AdjustColor(nY, nU, nV);
+}
+
+QKPLAY_API int qkplay_video_attach(qkplay_video* video)
+{
+    return CQKEngine::Instance().AttachVideo(video) ? 1 : 0;
+}
+
+QKPLAY_API int qkplay_video_render(qkplay_video* video, int fbo, int width, int height)
+{
+    return CQKEngine::Instance().RenderVideo(video, fbo, width, height) ? 1 : 0;
+}
+
+QKPLAY_API void qkplay_video_detach(qkplay_video* video)
+{
+    CQKEngine::Instance().DetachVideo(video);
+}
+
+QKPLAY_API char* qkplay_get_engine_property(const char* name)
+{
+    return CQKEngine::Instance().GetPropertyText(name);
+}
+
+QKPLAY_API void qkplay_free(char* text)
+{
+    std::free(text);
+}
+
+} // extern "C"
