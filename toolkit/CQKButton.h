@@ -1,0 +1,131 @@
+#pragma once
+// CQKButton: the base of every windowless control, and the plain push button itself.
+//
+// A control is no window: it is a rectangle in its host's client area with a state, a
+// picture, a text and the 22 virtual operations below, which the UI manager calls. It
+// repaints itself alone (Paint with two null arguments) through a private picture of its own
+// size that it copies to the host; a full repaint of the host paints it into the host's
+// composition instead.
+//
+// The fields are public: the manager, the skin reader and every subclass read and write them
+// directly, as the controls of this toolkit have always done.
+#include "toolkit/QKFace.h"
+
+#include <QImage>
+#include <QPoint>
+#include <QRect>
+#include <QRectF>
+#include <QSize>
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+class CQKGraphics;
+class CQKHostWnd;
+class CQKToolTipWnd;
+class CQKUIManager;
+
+class CQKButton
+{
+public:
+    CQKButton();
+    CQKButton(const CQKButton&) = delete;
+    CQKButton& operator=(const CQKButton&) = delete;
+
+    // Builds the drawn faces of a built-in glyph kind (0, 1, 2, 3, 8, 10, 28, 29), replacing
+    // earlier faces; other kinds leave no face.
+    void SetFace(int nFaceKind);
+    // Takes a face; with `bReplace` earlier faces go first. A null face does nothing.
+    void AddFace(tagQKFace* pFace, bool bReplace);
+    void SetFaceIndex(int nIndex) { nFaceIndex = nIndex; }
+    void ClearFaces() { vecFaces.clear(); }
+    // Replaces the picture by a 32-bit ARGB copy of `pBitmap` (null: no picture). No repaint.
+    void SetImage(const QImage* pBitmap);
+    // Replaces the picture by the file at `path`; no picture when the file does not exist.
+    void LoadImage(const QString& path);
+    void SetFramesToFour() { nFrames = 4; }
+    void SetFontID(uint32_t nNewFontID) { nFontID = nNewFontID; }
+    void SetTextAlign(uint32_t nAlign) { nTextAlign = nAlign; }
+    // An IDC_* cursor shown on hover and press (0: none).
+    void SetCursor(uint32_t nCursor) { hCursor = nCursor; }
+    void SetHoverFrame(bool bOn) { bHoverFrame = bOn ? 1 : 0; }
+    void EnableBackgroundCache(bool bOn) { bCacheBackground = bOn ? 1 : 0; }
+    // Left, top, right, bottom.
+    QRect GetRect() const { return QRect(nX, nY, nWidth, nHeight); }
+    uint32_t GetID() const { return nID; }
+    bool IsEnabled() const { return bEnabled != 0; }
+    bool IsVisible() const { return bVisible != 0; }
+    bool IsFocused() const { return bFocused != 0; }
+    uint32_t GetKind() const { return nKind; }
+    uint32_t GetState() const { return nState; }
+    void DropBackCache() { pBackCache.reset(); }
+
+    // The point lies in the control (right and bottom edges excluded).
+    bool HitTest(const QPoint& pt) const;
+
+    // --- the 22 virtual operations, in the order of their slots --------------------------
+    // Draws the current drawn face centred in `rc`; 1 if it drew one.
+    virtual int PaintFace(CQKGraphics* pGraphics, const QRect& rc);
+    virtual ~CQKButton();
+    // With a graphics object: paints into the host's composition, `pBitmap` being that
+    // composition (for the background cache). With two nulls: repaints this control alone.
+    virtual void Paint(CQKGraphics* pGraphics, QImage* pBitmap);
+    // The mouse state machine; nonzero when the control must be repainted.
+    virtual int OnMouseEvent(CQKHostWnd* pHost, uint32_t nMsg, const QPoint& pt);
+    // A key message (WM_KEYDOWN or WM_KEYUP, VK_* code, QKMOD_* flags); nonzero if consumed.
+    virtual int PreTranslateKey(uint32_t nMsg, uint32_t nVk, uint32_t nMods);
+    // A null text clears it.
+    virtual void SetText(const QString& strText, int bRepaint);
+    virtual void GetText(QString& strOut) const;
+    virtual void Enable(int bEnable, int bRepaint);
+    virtual void Show(int bShow, int bRepaint);
+    virtual void SetRect(int nLeft, int nTop, int nRight, int nBottom, int bRepaint);
+    virtual void MoveTo(int x, int y, int w, int h, int bRepaint);
+    virtual void OnLButtonDown(const QPoint& pt);
+    virtual void OnClick(const QPoint& pt);
+    virtual void OnLayoutChanged();
+    virtual QSize MeasureText(const QString& strText);
+    virtual void OnSetFocus();
+    virtual void OnKillFocus();
+    virtual void OnActivate(uint32_t nState);
+    virtual int OnMouseWheel(uint32_t nFlags, int nDelta, const QPoint& pt);
+    virtual void SetToolTip(const QString& strText);
+    virtual void PaintContent(CQKGraphics* pGraphics, const QRectF& rc);
+    virtual void ShowToolTip(int bShow);
+
+protected:
+    // Draws the picture's frame for the current state into `rc` (host or local coordinates).
+    // `bLone` is set in a repaint of this control alone.
+    void PaintPicture(CQKGraphics* pGraphics, const QRect& rc, bool bLone);
+    // Copies a picture of this control's size to the host at nX, nY.
+    void CopyToHost(const QImage& image);
+
+public:
+    std::vector<std::unique_ptr<tagQKFace>> vecFaces; // drawn faces; one that applies hides the picture
+    int32_t nFaceIndex { 0 };
+    uint32_t nState { 0 }; // 0 normal, 1 hover, 2 down
+    int32_t bVisible { 1 };
+    std::unique_ptr<QImage> pImage; // picture: a strip of state frames
+    uint32_t nTextAlign { 2 }; // 0 left, 1 right, 2 centre, 3 centre and bottom
+    std::unique_ptr<QImage> pBackCache; // what lies beneath the control
+    int32_t nX { 0 };
+    int32_t nY { 0 };
+    int32_t nWidth { 0 };
+    int32_t nHeight { 0 };
+    uint32_t nFrames { 4 }; // frames in pImage: the skin's `state`
+    uint32_t nID { 0 }; // command id carried by WM_COMMAND
+    uint32_t nFontID { 0 }; // key into the font table
+    int32_t bEnabled { 1 };
+    QString szText; // label; null when there is none
+    CQKHostWnd* hWndHost { nullptr }; // set by the manager
+    uint32_t hCursor { 0 }; // IDC_* shown on hover and press, 0 for none
+    std::unique_ptr<CQKToolTipWnd> pToolTipWnd; // made on first need
+    QString strToolTip;
+    int32_t bFocused { 0 };
+    CQKUIManager* pManager { nullptr }; // not owned
+    uint32_t nKind { 0 };
+    int32_t bHoverFrame { 0 }; // one-pixel frame in hover and down states
+    int32_t bCacheBackground { 0 }; // keep what lies beneath for lone repaints
+    int32_t bUseUIFont { 0 }; // read by the static text control only
+};

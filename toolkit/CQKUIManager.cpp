@@ -1,0 +1,257 @@
+#include "CQKUIManager.h"
+
+#include "CQKButton.h"
+#include "CQKSkinReader.h"
+#include "QKControlKinds.h"
+#include "QKFonts.h"
+#include "QKTheme.h"
+#include "platform/CQKGraphics.h"
+#include "platform/CQKHostWnd.h"
+#include "platform/QKAppFolder.h"
+#include "platform/QKKeys.h"
+#include "platform/QKMessages.h"
+
+QString g_szAppFolder;
+int g_nManagerCount = 0;
+
+namespace {
+
+// Paths handed to the skin reader are limited as they always were; a longer one is no file.
+constexpr qsizetype kMaxSkinPathBytes = 9999;
+
+bool TakesWheel(uint32_t nKind)
+{
+    switch (nKind) {
+    case QKKIND_EDIT:
+    case QKKIND_VLISTBOX:
+    case QKKIND_HLISTBOX:
+    case QKKIND_COMBOBOX:
+    case QKKIND_COMBOBOXLIST:
+    case QKKIND_MENUBUTTON:
+    case QKKIND_COLORBUTTON:
+    case QKKIND_SLIDER:
+    case QKKIND_LISTCTRL:
+    case QKKIND_TIMELINEEDITOR:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+CQKUIManager::CQKUIManager()
+{
+    if (g_szAppFolder.isEmpty())
+        g_szAppFolder = QKAppFolder();
+    ++g_nManagerCount;
+}
+
+CQKUIManager::~CQKUIManager()
+{
+    pFocus = nullptr;
+    pTimelineEditor = nullptr;
+    vecChildren.clear();
+    pBackground.reset();
+    // The font table is shared by all hosts; the last manager to go takes it along, and a
+    // later one reads it again from the skin.
+    if (--g_nManagerCount == 0)
+        QKClearFonts();
+}
+
+int CQKUIManager::LoadSkin(CQKHostWnd* pHost)
+{
+    return LoadSkinFrom(pHost, QKAppFolder() + QStringLiteral("skin/mainwnd.xml"));
+}
+
+int CQKUIManager::LoadSkinFrom(CQKHostWnd* pHost, const QString& path)
+{
+    if (!CQKHostWnd::IsWindow(pHost))
+        return 0;
+    hWndHost = pHost;
+    if (path.toUtf8().size() <= kMaxSkinPathBytes) {
+        CQKSkinReader reader(*this);
+        reader.ReadFile(path);
+    }
+    return 1;
+}
+
+void CQKUIManager::AddControl(uint32_t nID, CQKButton* pControl, uint32_t nKind)
+{
+    if (!pControl)
+        return;
+    if (nKind < QKKIND_COUNT && nKind != QKKIND_COMBOBOXLIST) {
+        pControl->hWndHost = hWndHost;
+        pControl->nID = nID;
+        pControl->pManager = this;
+        pControl->nKind = nKind;
+        const int32_t nFont = QKDefaultFontID(nKind);
+        if (nFont >= 0)
+            pControl->nFontID = static_cast<uint32_t>(nFont);
+        if (nKind == QKKIND_EDIT || nKind == QKKIND_EDITTIME) {
+            if (auto pfn = QKControlKind(nKind).pfnCreateEditWindow)
+                pfn(pControl);
+        }
+        if (nKind == QKKIND_TIMELINEEDITOR)
+            pTimelineEditor = pControl;
+    }
+    AppendChild(nID, pControl, nKind);
+}
+
+void CQKUIManager::AppendChild(uint32_t nID, CQKButton* pControl, uint32_t nKind)
+{
+    auto pChild = std::make_unique<tagQKChild>();
+    pChild->nID = nID;
+    pChild->pControl.reset(pControl);
+    pChild->nKind = nKind;
+    vecChildren.push_back(std::move(pChild));
+}
+
+CQKButton* CQKUIManager::FindControl(uint32_t nID, uint32_t nKind) const
+{
+    for (const auto& p : vecChildren) {
+        if (p->nID == nID && p->nKind == nKind)
+            return p->pControl.get();
+    }
+    return nullptr;
+}
+
+void CQKUIManager::OnMouseMessage(uint32_t nMsg, const QPoint* pPoint)
+{
+    const QPoint pt = pPoint ? *pPoint : QPoint(QK_LEAVE_POINT, QK_LEAVE_POINT);
+    for (size_t i = 0; i < vecChildren.size(); ++i) {
+        tagQKChild& child = *vecChildren[i];
+        // The time edit takes its mouse input through its own edit window only.
+        if (child.nKind == QKKIND_EDITTIME || !child.pControl)
+            continue;
+        if (child.pControl->OnMouseEvent(hWndHost, nMsg, pt))
+            child.pControl->Paint(nullptr, nullptr);
+    }
+}
+
+int CQKUIManager::OnMouseWheel(uint32_t nFlags, int nDelta, const QPoint& pt)
+{
+    if (!pFocus || !TakesWheel(nFocusKind))
+        return 0;
+    return pFocus->OnMouseWheel(nFlags, nDelta, pt);
+}
+
+void CQKUIManager::OnActivate(uint32_t nState)
+{
+    for (const auto& p : vecChildren) {
+        if (p->nKind != QKKIND_HLISTBOX && p->nKind != QKKIND_EDITTIME && p->pControl)
+            p->pControl->OnActivate(nState);
+    }
+}
+
+int CQKUIManager::PreTranslateKey(uint32_t nMsg, uint32_t nVk, uint32_t nMods)
+{
+    if (!CQKHostWnd::IsWindow(hWndHost) || !hWndHost->IsActive())
+        return 0;
+    if (nMsg != WM_KEYDOWN && nMsg != WM_KEYUP)
+        return 0;
+    if (nMsg == WM_KEYDOWN && nVk == VK_TAB) {
+        FocusNext();
+        return 1;
+    }
+    if (!pFocus || nFocusKind >= QKKIND_COUNT)
+        return 0;
+    if (nFocusKind == QKKIND_EDITTIME || nFocusKind == QKKIND_CONVERTWINDOW || nFocusKind == QKKIND_ADLISTBOX)
+        return 0;
+    return pFocus->PreTranslateKey(nMsg, nVk, nMods);
+}
+
+void CQKUIManager::FocusNext()
+{
+    if (vecChildren.empty())
+        return;
+    if (!pFocus) {
+        SetFocusControl(vecChildren.front()->pControl.get(), vecChildren.front()->nKind);
+        return;
+    }
+    if (vecChildren.size() < 2)
+        return;
+    for (size_t i = 0; i < vecChildren.size(); ++i) {
+        if (vecChildren[i]->pControl.get() == pFocus && vecChildren[i]->nKind == nFocusKind) {
+            // Disabled and hidden controls take the focus too: Tab visits every control.
+            const tagQKChild& next = *vecChildren[(i + 1) % vecChildren.size()];
+            SetFocusControl(next.pControl.get(), next.nKind);
+            return;
+        }
+    }
+}
+
+void CQKUIManager::SetFocusControl(CQKButton* pControl, uint32_t nKind)
+{
+    if (pFocus && (pFocus != pControl || nFocusKind != nKind)) {
+        if (nFocusKind != QKKIND_EDITTIME)
+            pFocus->OnKillFocus();
+        if (nFocusKind == QKKIND_COMBOBOX) {
+            if (auto pfn = QKControlKind(QKKIND_COMBOBOX).pfnClosePopup)
+                pfn(pFocus);
+        }
+    }
+    pFocus = pControl;
+    nFocusKind = nKind;
+    if (pControl && nKind < QKKIND_COUNT && nKind != QKKIND_HLISTBOX && nKind != QKKIND_EDITTIME)
+        pControl->OnSetFocus();
+}
+
+void CQKUIManager::Compose(QImage& image)
+{
+    const int w = image.width();
+    const int h = image.height();
+    CQKGraphics g(image);
+    // A background picture that could not be read counts as none: the window shows the
+    // theme's ground rather than black.
+    if (pBackground && !pBackground->isNull())
+        g.DrawImage(*pBackground, QRectF(0, 0, w, h), QRectF(pBackground->rect()));
+    else
+        g.FillRectangle(tagQKBrush::Solid(QKColorFromBGR(g_clrFace, 255)), 0, 0, w, h);
+    // The host paints what lies under the controls: its title, frame and the like.
+    hWndHost->SendMessage(QKM_PAINTBACKGROUND, reinterpret_cast<uintptr_t>(&g), 0);
+    for (size_t i = 0; i < vecChildren.size(); ++i) {
+        tagQKChild& child = *vecChildren[i];
+        if (child.nKind < QKKIND_COUNT && child.pControl)
+            child.pControl->Paint(&g, &image);
+    }
+}
+
+void CQKUIManager::PaintAll()
+{
+    if (!CQKHostWnd::IsWindow(hWndHost))
+        return;
+    const QRect rc = hWndHost->GetWindowRect();
+    if (rc.width() <= 0 || rc.height() <= 0)
+        return;
+    QImage image(rc.width(), rc.height(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(0);
+    Compose(image);
+    // The screen takes colour only: the composition's alpha is dropped on the way.
+    hWndHost->UpdateWindowFromImage(image.convertToFormat(QImage::Format_RGB32), QPoint(0, 0));
+}
+
+std::unique_ptr<QImage> CQKUIManager::RenderToBitmap()
+{
+    if (!CQKHostWnd::IsWindow(hWndHost))
+        return nullptr;
+    const QRect rc = hWndHost->GetWindowRect();
+    auto pImage = std::make_unique<QImage>(std::max(rc.width(), 0), std::max(rc.height(), 0), QImage::Format_ARGB32_Premultiplied);
+    if (pImage->isNull())
+        return pImage;
+    pImage->fill(0);
+    Compose(*pImage);
+    return pImage;
+}
+
+void CQKUIManager::InvalidateCaches()
+{
+    for (const auto& p : vecChildren) {
+        if (!p->pControl)
+            continue;
+        p->pControl->DropBackCache();
+        const uint32_t k = p->nKind;
+        if ((k >= QKKIND_VLISTBOX && k <= QKKIND_TOOLBUTTON) || (k >= QKKIND_CONVERTWINDOW && k <= QKKIND_SHOWWAVEDATA))
+            p->pControl->OnLayoutChanged();
+    }
+}
