@@ -1,0 +1,160 @@
+// qkplaydll_GetMediaInfoEx: what the player learns of a file before it plays it.
+#include "PlaySession.h"
+#include "engine/qkplay.h"
+#include "support/TestMedia.h"
+
+#include <chrono>
+#include <gtest/gtest.h>
+
+using orbeltest::PlaySession;
+using orbeltest::TestMedia;
+
+namespace {
+
+// The outputs start from values that no probe would produce, so that "left alone" and
+// "written" can be told apart.
+struct Info
+{
+    int nResult { -1 };
+    int nHasVideo { -7 };
+    int nReserved { 4242 };
+    int nWidth { -7 };
+    int nHeight { -7 };
+    double dDuration { -7.0 };
+    double dReserved { 42.5 };
+};
+
+Info Probe(const QString& strPath)
+{
+    Info info;
+    std::u16string wide = TestMedia::Utf16(strPath);
+    info.nResult = qkplaydll_GetMediaInfoEx(wide.c_str(), &info.nHasVideo, &info.nReserved, &info.nWidth,
+        &info.nHeight, &info.dDuration, &info.dReserved);
+    return info;
+}
+
+} // namespace
+
+TEST(MediaInfoTest, VideoWithSoundGivesSizeDurationAndKeepsReservedOutputs)
+{
+    QString path = TestMedia::VideoWithSound(1.0);
+    ASSERT_FALSE(path.isEmpty());
+    Info info = Probe(path);
+    EXPECT_NE(info.nResult, 0);
+    EXPECT_EQ(info.nHasVideo, 1);
+    EXPECT_EQ(info.nWidth, 160);
+    EXPECT_EQ(info.nHeight, 120);
+    EXPECT_NEAR(info.dDuration, 1.0, 0.1);
+    EXPECT_EQ(info.nReserved, 4242);
+    EXPECT_EQ(info.dReserved, 42.5);
+
+    info = Probe(TestMedia::VideoOnly(1.0));
+    EXPECT_NE(info.nResult, 0);
+    EXPECT_EQ(info.nHasVideo, 1);
+}
+
+TEST(MediaInfoTest, SoundFilesHaveNoVideoEvenWithACoverPicture)
+{
+    for (const QString& path : { TestMedia::SoundOnly(1.0), TestMedia::SoundWithCover(1.0) }) {
+        SCOPED_TRACE(path.toStdString());
+        ASSERT_FALSE(path.isEmpty());
+        Info info = Probe(path);
+        EXPECT_NE(info.nResult, 0);
+        EXPECT_EQ(info.nHasVideo, 0);
+        EXPECT_EQ(info.nWidth, 0);
+        EXPECT_EQ(info.nHeight, 0);
+        EXPECT_NEAR(info.dDuration, 1.0, 0.15);
+    }
+}
+
+TEST(MediaInfoTest, SizeIsTheShownSize)
+{
+    Info info = Probe(TestMedia::Anamorphic());
+    EXPECT_NE(info.nResult, 0);
+    EXPECT_EQ(info.nWidth, 160) << "stored 120 wide with 4:3 pixels";
+    EXPECT_EQ(info.nHeight, 90);
+
+    info = Probe(TestMedia::Sized(1, 1));
+    EXPECT_NE(info.nResult, 0);
+    EXPECT_EQ(info.nWidth, 1);
+    EXPECT_EQ(info.nHeight, 1);
+
+    info = Probe(TestMedia::Sized(4096, 2160));
+    EXPECT_NE(info.nResult, 0);
+    EXPECT_EQ(info.nWidth, 4096);
+    EXPECT_EQ(info.nHeight, 2160);
+
+    // A phone clip stored landscape with a quarter-turn rotation is shown portrait.
+    QString landscape = TestMedia::Make("landscape.mp4", { "-f", "lavfi", "-i", "testsrc=size=160x120:rate=25:duration=0.4", "-c:v", "libx264", "-preset", "ultrafast" });
+    QString rotated = TestMedia::Make("rotated.mp4", { "-i", landscape, "-c", "copy", "-metadata:s:v:0", "rotate=90" });
+    ASSERT_FALSE(rotated.isEmpty());
+    info = Probe(rotated);
+    EXPECT_NE(info.nResult, 0);
+    EXPECT_EQ(info.nWidth, 120);
+    EXPECT_EQ(info.nHeight, 160);
+}
+
+TEST(MediaInfoTest, NonAsciiNameIsFoundThroughTheWidePath)
+{
+    QString path = TestMedia::NonAsciiName();
+    ASSERT_FALSE(path.isEmpty());
+    Info info = Probe(path);
+    EXPECT_NE(info.nResult, 0);
+    EXPECT_EQ(info.nWidth, 160);
+}
+
+TEST(MediaInfoTest, BrokenInputsFailQuicklyAndLeaveOutputsAlone)
+{
+    const QString inputs[] = {
+        TestMedia::ZeroBytes(),
+        TestMedia::Truncated(),
+        TestMedia::RandomBytes(),
+        TestMedia::FolderNamedLikeMedia(),
+        TestMedia::Folder() + "no-such-file.mkv",
+        QString(),
+        TestMedia::Folder() + "../" + QString(3000, 'x') + ".mkv",
+    };
+    for (const QString& path : inputs) {
+        SCOPED_TRACE(path.left(200).toStdString());
+        auto tStart = std::chrono::steady_clock::now();
+        Info info = Probe(path);
+        auto elapsed = std::chrono::steady_clock::now() - tStart;
+        EXPECT_EQ(info.nResult, 0);
+        EXPECT_EQ(info.nHasVideo, -7);
+        EXPECT_EQ(info.nWidth, -7);
+        EXPECT_EQ(info.nHeight, -7);
+        EXPECT_EQ(info.dDuration, -7.0);
+        EXPECT_EQ(info.nReserved, 4242);
+        EXPECT_LT(elapsed, std::chrono::milliseconds(1000));
+    }
+}
+
+TEST(MediaInfoTest, BadWideStringsAndNullPointersAreRefused)
+{
+    EXPECT_EQ(qkplaydll_GetMediaInfoEx(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+    // A lone high surrogate at the end, and a lone low surrogate inside.
+    std::u16string broken = TestMedia::Utf16(TestMedia::VideoWithSound());
+    std::u16string highAtEnd = broken + u'\xD800';
+    std::u16string lowInside = u'\xDC00' + broken;
+    int nHasVideo = -7;
+    EXPECT_EQ(qkplaydll_GetMediaInfoEx(highAtEnd.c_str(), &nHasVideo, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(qkplaydll_GetMediaInfoEx(lowInside.c_str(), &nHasVideo, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(nHasVideo, -7);
+
+    // With every output null a good file still answers.
+    std::u16string good = TestMedia::Utf16(TestMedia::VideoWithSound());
+    EXPECT_NE(qkplaydll_GetMediaInfoEx(good.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+}
+
+TEST(MediaInfoTest, AnswersWhileAnotherFilePlays)
+{
+    PlaySession session;
+    session.Start(TestMedia::Utf8(TestMedia::VideoWithSound(2.0)));
+    ASSERT_TRUE(session.WaitReady());
+    Info info = Probe(TestMedia::SoundOnly());
+    EXPECT_NE(info.nResult, 0);
+    EXPECT_EQ(info.nHasVideo, 0);
+    EXPECT_NE(qkplaydll_IsReady(), 0) << "the probe must not disturb the playback";
+    qkplaydll_Stop();
+    EXPECT_TRUE(session.Join());
+}
