@@ -1,0 +1,285 @@
+// The programming interface of nodes and attributes: building, finding, walking, typed
+// reads with their defaults, and ownership.
+#include "XmlTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+using xmltest::Body;
+using xmltest::LoadText;
+using xmltest::U8;
+
+namespace {
+
+std::vector<std::string> AttributeNames(const CQKXmlNode& node)
+{
+    std::vector<std::string> names;
+    QKXMLPOS pos;
+    for (CQKXmlAttribute* p = node.FirstAttribute(pos); p; p = node.NextAttribute(pos))
+        names.push_back(U8(p->GetName()));
+    return names;
+}
+
+std::vector<std::string> ChildNames(const CQKXmlNode& node)
+{
+    std::vector<std::string> names;
+    QKXMLPOS pos;
+    for (CQKXmlNode* p = node.FirstChild(pos); p; p = node.NextChild(pos))
+        names.push_back(U8(p->GetName()));
+    return names;
+}
+
+} // namespace
+
+TEST(XmlNodeTest, ChildrenAreOnlyElementsAndComments)
+{
+    CQKXmlDocument doc;
+    EXPECT_EQ(doc.AddChild(u"x", CQKXmlNode::kTypeDocument), nullptr);
+    EXPECT_EQ(doc.AddChild(u"x", 3), nullptr);
+    CQKXmlNode* e = doc.AddChild(u"e", CQKXmlNode::kTypeElement);
+    CQKXmlNode* c = doc.AddChild(nullptr, CQKXmlNode::kTypeComment);
+    ASSERT_NE(e, nullptr);
+    ASSERT_NE(c, nullptr);
+    EXPECT_EQ(e->GetParent(), &doc);
+    EXPECT_EQ(U8(c->GetName()), "");
+    EXPECT_EQ(doc.GetChildCount(), 2);
+
+    EXPECT_EQ(doc.AttachChild(nullptr), nullptr);
+    CQKXmlDocument other;
+    EXPECT_EQ(doc.AttachChild(&other), nullptr);
+    auto* loose = new CQKXmlNode(CQKXmlNode::kTypeElement);
+    loose->SetName(u"loose");
+    EXPECT_EQ(e->AttachChild(loose), loose);
+    EXPECT_EQ(loose->GetParent(), e);
+    EXPECT_EQ(e->GetLastChild(), loose);
+}
+
+TEST(XmlNodeTest, AddAttributeReplacesTheFirstOfItsNameAtTheEnd)
+{
+    CQKXmlNode node;
+    node.AddAttribute(u"a", u"1");
+    node.AddAttribute(u"b", u"2");
+    node.AddAttribute(u"c", u"3");
+    node.AddAttribute(u"a", u"4");
+    EXPECT_EQ(AttributeNames(node), (std::vector<std::string> { "b", "c", "a" }));
+    EXPECT_EQ(U8(node.GetAttribute(u"a", u"")), "4");
+    EXPECT_EQ(node.GetAttributeCount(), 3);
+    // With a null value the attribute exists with an empty value.
+    node.AddAttribute(u"b", nullptr);
+    EXPECT_EQ(AttributeNames(node), (std::vector<std::string> { "c", "a", "b" }));
+    EXPECT_EQ(U8(node.GetAttribute(u"b", u"default")), "");
+}
+
+TEST(XmlNodeTest, AddAttributeOfDuplicatedNameReplacesOnlyTheFirst)
+{
+    CQKXmlDocument doc;
+    ASSERT_TRUE(LoadText(doc, u"<a x=\"1\" y=\"0\" x=\"2\"/>"));
+    CQKXmlNode* a = doc.FindChild(u"a");
+    a->AddIntAttribute(u"x", 3);
+    EXPECT_EQ(Body(doc), "<a y=\"0\" x=\"2\" x=\"3\"/>\r\n");
+    EXPECT_EQ(a->GetIntAttribute(u"x", 0), 2);
+}
+
+TEST(XmlNodeTest, TypedWritesUseTheFixedFormats)
+{
+    CQKXmlNode node;
+    node.AddBoolAttribute(u"t", true);
+    node.AddBoolAttribute(u"f", false);
+    node.AddIntAttribute(u"i", -2147483647 - 1);
+    node.AddFloatAttribute(u"fl", 0.1f);
+    node.AddVolumeScaleAttribute(0.35);
+    node.AddFloatAttribute(u"big", 1234567.0f);
+    node.AddFloatAttribute(u"small", 1e-7f);
+    EXPECT_EQ(U8(node.GetAttribute(u"t", u"")), "true");
+    EXPECT_EQ(U8(node.GetAttribute(u"f", u"")), "false");
+    EXPECT_EQ(U8(node.GetAttribute(u"i", u"")), "-2147483648");
+    EXPECT_EQ(U8(node.GetAttribute(u"fl", u"")), "0.1");
+    EXPECT_EQ(U8(node.GetAttribute(u"dVolumeScale", u"")), "0.35");
+    EXPECT_EQ(U8(node.GetAttribute(u"big", u"")), "1.23457e+06");
+    EXPECT_EQ(U8(node.GetAttribute(u"small", u"")), "1e-07");
+
+    CQKXmlAttribute attr;
+    attr.SetIntValue(42);
+    EXPECT_EQ(U8(attr.GetValue()), "42");
+    attr.SetDoubleValue(2.5);
+    EXPECT_EQ(U8(attr.GetValue()), "2.5");
+    attr.SetFloatValue(100.0f);
+    EXPECT_EQ(U8(attr.GetValue()), "100");
+}
+
+TEST(XmlNodeTest, BoolReadsTrueOnlyForTwoSpellings)
+{
+    CQKXmlDocument doc;
+    ASSERT_TRUE(LoadText(doc, u"<a a=\"true\" b=\"TRUE\" c=\"True\" d=\"1\" e=\"\" f=\"true \"/>"));
+    CQKXmlNode* a = doc.FindChild(u"a");
+    EXPECT_TRUE(a->GetBoolAttribute(u"a", false));
+    EXPECT_TRUE(a->GetBoolAttribute(u"b", false));
+    for (const char16_t* name : { u"c", u"d", u"e", u"f" })
+        EXPECT_FALSE(a->GetBoolAttribute(name, true)) << U8(name);
+    EXPECT_TRUE(a->GetBoolAttribute(u"absent", true));
+    EXPECT_FALSE(a->GetBoolAttribute(nullptr, false));
+}
+
+TEST(XmlNodeTest, NumbersReadTheLeadingNumberAndGarbageGivesZero)
+{
+    CQKXmlDocument doc;
+    ASSERT_TRUE(LoadText(doc, u"<a n1=\"42px\" n2=\"  -7\" n3=\"abc\" n4=\"99999999999\" n5=\"+3.9\" "
+                              u"h1=\"FF8800\" h2=\"0x1a\" h3=\"zz\" h4=\"ff\" "
+                              u"f1=\"0.5s\" f2=\"x\" f3=\"-1e3\" dVolumeScale=\"0.25\"/>"));
+    CQKXmlNode* a = doc.FindChild(u"a");
+    EXPECT_EQ(a->GetIntAttribute(u"n1", -1), 42);
+    EXPECT_EQ(a->GetIntAttribute(u"n2", -1), -7);
+    EXPECT_EQ(a->GetIntAttribute(u"n3", -1), 0);
+    EXPECT_EQ(a->GetIntAttribute(u"n4", -1), 2147483647);
+    EXPECT_EQ(a->GetIntAttribute(u"n5", -1), 3);
+    EXPECT_EQ(a->GetIntAttribute(u"absent", -1), -1);
+    EXPECT_EQ(a->GetHexAttribute(u"h1", -1), 0xFF8800);
+    EXPECT_EQ(a->GetHexAttribute(u"h2", -1), 0x1A);
+    EXPECT_EQ(a->GetHexAttribute(u"h3", -1), 0);
+    EXPECT_EQ(a->GetHexAttribute(u"h4", -1), 0xFF);
+    EXPECT_EQ(a->GetHexAttribute(u"absent", -1), -1);
+    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"f1", -1.0f), 0.5f);
+    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"f2", -1.0f), 0.0f);
+    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"f3", -1.0f), -1000.0f);
+    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"absent", -1.0f), -1.0f);
+    EXPECT_DOUBLE_EQ(a->GetVolumeScaleAttribute(1.0), 0.25);
+    EXPECT_DOUBLE_EQ(doc.GetVolumeScaleAttribute(0.75), 0.75);
+}
+
+TEST(XmlNodeTest, IntArrayFillsFromCommasAndDefaultsTheRest)
+{
+    CQKXmlDocument doc;
+    ASSERT_TRUE(LoadText(doc, u"<a v=\"1, 2,,4x\" one=\"5\" empty=\"\"/>"));
+    CQKXmlNode* a = doc.FindChild(u"a");
+    int32_t v[6];
+    a->GetIntArrayAttribute(u"v", v, 6, 9);
+    EXPECT_EQ(std::vector<int32_t>(v, v + 6), (std::vector<int32_t> { 1, 2, 0, 4, 9, 9 }));
+    a->GetIntArrayAttribute(u"v", v, 2, 9);
+    EXPECT_EQ(std::vector<int32_t>(v, v + 2), (std::vector<int32_t> { 1, 2 }));
+    a->GetIntArrayAttribute(u"one", v, 3, 9);
+    EXPECT_EQ(std::vector<int32_t>(v, v + 3), (std::vector<int32_t> { 5, 9, 9 }));
+    a->GetIntArrayAttribute(u"empty", v, 2, 9);
+    EXPECT_EQ(std::vector<int32_t>(v, v + 2), (std::vector<int32_t> { 0, 9 }));
+    a->GetIntArrayAttribute(u"absent", v, 3, 7);
+    EXPECT_EQ(std::vector<int32_t>(v, v + 3), (std::vector<int32_t> { 7, 7, 7 }));
+    // The value itself is not cut by the reading.
+    EXPECT_EQ(U8(a->GetAttribute(u"v", u"")), "1, 2,,4x");
+}
+
+TEST(XmlNodeTest, EnumGivesTheFirstMatchingIndexOrTheDefault)
+{
+    CQKXmlDocument doc;
+    ASSERT_TRUE(LoadText(doc, u"<a m=\"fit\" n=\"Fit\"/>"));
+    CQKXmlNode* a = doc.FindChild(u"a");
+    const char16_t* table[] = { u"stretch", u"fit", u"fill", u"fit" };
+    EXPECT_EQ(a->GetEnumAttribute(u"m", table, 4, -1), 1);
+    EXPECT_EQ(a->GetEnumAttribute(u"n", table, 4, -1), -1) << "case matters";
+    EXPECT_EQ(a->GetEnumAttribute(u"m", table, 0, -1), -1);
+    EXPECT_EQ(a->GetEnumAttribute(u"m", table, 1, -1), -1);
+    EXPECT_EQ(a->GetEnumAttribute(u"absent", table, 4, 2), 2);
+}
+
+TEST(XmlNodeTest, SetValueEscapesAngleBracketsAndNullKeepsLoadedText)
+{
+    CQKXmlAttribute attr;
+    attr.SetValue(u"a<b>c&\"d");
+    EXPECT_EQ(U8(attr.GetValue()), "a&lt;b&gt;c&\"d");
+    EXPECT_TRUE(attr.OwnsValue());
+    attr.SetValue(nullptr);
+    EXPECT_FALSE(attr.OwnsValue());
+    EXPECT_EQ(U8(attr.GetValue()), "");
+
+    CQKXmlDocument doc;
+    ASSERT_TRUE(LoadText(doc, u"<a x=\"loaded\"/>"));
+    QKXMLPOS pos;
+    CQKXmlAttribute* x = doc.FindChild(u"a")->FirstAttribute(pos);
+    x->SetValue(nullptr);
+    EXPECT_EQ(U8(x->GetValue()), "loaded");
+    x->SetName(u"y");
+    EXPECT_TRUE(x->OwnsName());
+    EXPECT_EQ(Body(doc), "<a y=\"loaded\"/>\r\n");
+}
+
+TEST(XmlNodeTest, FindsMatchNamesExactlyAndWalkOnFromTheMatch)
+{
+    CQKXmlDocument doc;
+    ASSERT_TRUE(LoadText(doc, u"<f n=\"1\"/><g/><F n=\"x\"/><f n=\"2\"/><!--f--><f n=\"3\"/>"));
+    EXPECT_EQ(doc.CountChildren(u"f"), 4) << "three elements and the comment whose text is f";
+    EXPECT_EQ(doc.CountChildren(u"F"), 1);
+    EXPECT_EQ(doc.CountChildren(nullptr), 0);
+    EXPECT_EQ(doc.CountChildren(u"none"), 0);
+    std::vector<int> found;
+    QKXMLPOS pos;
+    for (CQKXmlNode* p = doc.FindChild(u"f", pos); p; p = doc.FindNextChild(u"f", pos))
+        found.push_back(p->GetIntAttribute(u"n", 0));
+    EXPECT_EQ(found, (std::vector<int> { 1, 2, 0, 3 }));
+    EXPECT_EQ(doc.FindChild(nullptr), nullptr);
+    EXPECT_EQ(doc.FindLastChild(u"f")->GetIntAttribute(u"n", 0), 3);
+    EXPECT_EQ(doc.FindLastChild(nullptr), nullptr);
+    EXPECT_EQ(doc.FindLastChild(u"none"), nullptr);
+    EXPECT_EQ(doc.GetLastChild()->GetIntAttribute(u"n", 0), 3);
+    // The comment's text is its name, so finds see it as well.
+    doc.DeleteChild(doc.FindLastChild(u"f"));
+    EXPECT_EQ(doc.GetLastChild()->GetType(), CQKXmlNode::kTypeComment);
+    EXPECT_EQ(doc.FindLastChild(u"f"), doc.GetLastChild());
+}
+
+TEST(XmlNodeTest, WalkSurvivesDeletingTheEntryJustReturned)
+{
+    CQKXmlDocument doc;
+    ASSERT_TRUE(LoadText(doc, u"<a x=\"1\" y=\"2\" z=\"3\"><k/><d/><k/><d/></a>"));
+    CQKXmlNode* a = doc.FindChild(u"a");
+    QKXMLPOS pos;
+    for (CQKXmlNode* p = a->FirstChild(pos); p; p = a->NextChild(pos)) {
+        if (U8(p->GetName()) == "d")
+            a->DeleteChild(p);
+    }
+    EXPECT_EQ(ChildNames(*a), (std::vector<std::string> { "k", "k" }));
+    for (CQKXmlAttribute* p = a->FirstAttribute(pos); p; p = a->NextAttribute(pos)) {
+        if (U8(p->GetName()) != "y")
+            a->DeleteAttribute(p);
+    }
+    EXPECT_EQ(AttributeNames(*a), (std::vector<std::string> { "y" }));
+    EXPECT_EQ(a->NextChild(pos), nullptr) << "a finished walk stays finished";
+}
+
+TEST(XmlNodeTest, DeletingSomethingNotOwnedDoesNothing)
+{
+    CQKXmlDocument doc;
+    CQKXmlNode* a = doc.AddChild(u"a", CQKXmlNode::kTypeElement);
+    CQKXmlNode* b = a->AddChild(u"b", CQKXmlNode::kTypeElement);
+    CQKXmlAttribute* x = a->AddAttribute(u"x", u"1");
+    doc.DeleteChild(b);
+    doc.DeleteChild(nullptr);
+    doc.DeleteAttribute(x);
+    doc.DeleteAttribute(nullptr);
+    EXPECT_EQ(Body(doc), "<a x=\"1\">\r\n\t<b/>\r\n</a>\r\n");
+    a->Clear();
+    EXPECT_EQ(Body(doc), "<a/>\r\n");
+    doc.DeleteAllChildren();
+    EXPECT_EQ(doc.GetChildCount(), 0);
+}
+
+TEST(XmlNodeTest, CloneIsADeepPrivateCopyOutsideAnyList)
+{
+    std::unique_ptr<CQKXmlNode> copy;
+    CQKXmlNode* pParentOfSource = nullptr;
+    {
+        CQKXmlDocument doc;
+        ASSERT_TRUE(LoadText(doc, u"<r><a x=\"1&lt;\" y=\"2\">text</a><!--note--><b><c/></b></r>"));
+        CQKXmlNode* r = doc.FindChild(u"r");
+        pParentOfSource = r->GetParent();
+        copy.reset(r->Clone());
+        EXPECT_EQ(r->GetChildCount(), 3);
+        EXPECT_EQ(doc.GetChildCount(), 1) << "the clone is in no list";
+    }
+    // The document and its buffer are gone; the copy holds its own text.
+    EXPECT_EQ(copy->GetParent(), pParentOfSource);
+    EXPECT_EQ(copy->GetType(), CQKXmlNode::kTypeElement);
+    EXPECT_TRUE(copy->OwnsName());
+    CQKXmlDocument out;
+    out.AttachChild(copy.release());
+    EXPECT_EQ(Body(out), "<r>\r\n\t<a x=\"1&lt;\" y=\"2\">text</a>\r\n\t<!--note-->\r\n\t<b>\r\n\t\t<c/>\r\n\t</b>\r\n</r>\r\n");
+}
