@@ -5,12 +5,11 @@
 #include "platform/QKAppFolder.h"
 #include "platform/QKMessages.h"
 #include "player/CQKPlayerDlg.h"
+#include "player/CQKStartupList.h"
 #include "player/QKPlayerOptions.h"
-#include "services/CQKXmlDocument.h"
 #include "toolkit/QKTheme.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 
 CQKPlayerApp theApp;
@@ -124,55 +123,13 @@ void CQKPlayerApp::OnWakeUp()
 
 void CQKPlayerApp::WriteStartupFiles(const QStringList& args)
 {
-    const QString strPath = GetStartupFilePath();
-    if (QFileInfo::exists(strPath))
-        QFile::remove(strPath);
-    if (args.isEmpty())
-        return;
-    const QString strModule = QCoreApplication::applicationFilePath();
-    CQKXmlDocument doc;
-    CQKXmlNode* pRoot = doc.AddChild(u"startupfiles", CQKXmlNode::kTypeElement);
-    for (const QString& arg : args) {
-        // Every argument is a candidate file, the first one included; only the program's own
-        // full path is left out. A program started by a relative path therefore lists its own
-        // file, which then fails as media like any other file that is not.
-        if (arg.compare(strModule, Qt::CaseInsensitive) == 0)
-            continue;
-        if (arg.isEmpty() || !QFileInfo::exists(arg))
-            continue;
-        CQKXmlNode* pItem = pRoot->AddChild(u"item", CQKXmlNode::kTypeElement);
-        pItem->AddAttribute(u"file", Wide(arg));
-    }
-    doc.SaveFile(Wide(strPath));
-}
-
-bool CQKPlayerApp::ReadStartupList(const QString& strPath, QStringList& arrFiles)
-{
-    CQKXmlDocument doc;
-    if (!doc.LoadFile(Wide(strPath)))
-        return false;
-    arrFiles.clear();
-    // A file without a `startupfiles` root is never written by the program; it reads as a
-    // list without entries.
-    QKXMLPOS pos = nullptr;
-    CQKXmlNode* pRoot = doc.FindChild(u"startupfiles", pos);
-    while (pRoot && pRoot->GetType() != CQKXmlNode::kTypeElement)
-        pRoot = pos ? doc.FindNextChild(u"startupfiles", pos) : nullptr;
-    if (!pRoot)
-        return true;
-    QKXMLPOS posItem = nullptr;
-    for (CQKXmlNode* pItem = pRoot->FindChild(u"item", posItem); pItem; pItem = posItem ? pRoot->FindNextChild(u"item", posItem) : nullptr) {
-        if (pItem->GetType() != CQKXmlNode::kTypeElement)
-            continue;
-        arrFiles.append(QString::fromUtf16(pItem->GetAttribute(u"file", u"")));
-    }
-    return true;
+    CQKStartupList::Write(GetStartupFilePath(), args, QCoreApplication::applicationFilePath());
 }
 
 void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
 {
     QStringList arrFiles;
-    if (!ReadStartupList(GetStartupFilePath(), arrFiles))
+    if (!CQKStartupList::Read(GetStartupFilePath(), arrFiles))
         return;
     // The queue and the current path are replaced, but a running playback goes on: with an
     // empty list the player forgets which file it plays, and Play then asks for a file.

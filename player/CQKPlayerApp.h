@@ -44,14 +44,11 @@ public:
     QString GetStartupFilePath() const;
     QString GetOptionsPath() const;
 
-    // Replaces the start-up list with the entries of args that exist on disk, each exactly as
-    // given, in order. An entry equal to the program's own path is left out. With no entries at
-    // all no file is left behind; otherwise the file is written even when nothing was kept.
+    // Replaces the start-up list with the arguments that exist on disk (CQKStartupList).
     void WriteStartupFiles(const QStringList& args);
-    // Reads the start-up list into the queue of pDlg and starts its first playable entry.
+    // Reads the start-up list into the queue of dlg and starts its first playable entry.
+    // A list that cannot be read changes nothing.
     void ReadStartupFiles(CQKPlayerDlg& dlg);
-    // The entries of the start-up list, or nothing when the file cannot be read.
-    static bool ReadStartupList(const QString& strPath, QStringList& arrFiles);
 
     void LoadPlayerOptions();
     void SavePlayerOptions();

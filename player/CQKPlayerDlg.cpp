@@ -8,8 +8,8 @@
 #include "player/QKPlayerOptions.h"
 #include "toolkit/QKTheme.h"
 
-#include <QImage>
-#include <QPainter>
+#include "platform/CQKGraphics.h"
+#include "toolkit/CQKUIManager.h"
 
 namespace {
 
@@ -18,11 +18,6 @@ constexpr int kPlayWndID = 30;
 // The smallest window that dragging makes.
 constexpr int kMinWidth = 330;
 constexpr int kMinHeight = 322;
-
-QColor FromColorRef(uint32_t clr)
-{
-    return QColor(QKRed(clr), QKGreen(clr), QKBlue(clr));
-}
 
 } // namespace
 
@@ -90,8 +85,10 @@ void CQKPlayerDlg::OnInitDialog()
         SetTopmost(true);
     DragAcceptFiles(true);
     ComputeVideoRect();
-    // The skin and the controls come with the panel; the tool tip colour follows the text.
+    if (pUIManager)
+        pUIManager->LoadSkin(this);
     g_clrToolTipText = g_clrText;
+    // The controls and their layout come with the panel.
     SetWindowText(QString::fromUtf16(kTitle));
     qkplaydll_SetMute(QKPlayerOptions::bMute);
     qkplaydll_SetVolume(QKPlayerOptions::dVolumeScale / 100.0);
@@ -114,7 +111,7 @@ intptr_t CQKPlayerDlg::OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam
         SetTimer(QKTIMER_STARTUP, 100);
         return 0;
     default:
-        return CQKHostWnd::OnMessage(msg, wParam, lParam);
+        return CQKUIHostWnd::OnMessage(msg, wParam, lParam);
     }
 }
 
@@ -164,28 +161,20 @@ void CQKPlayerDlg::OnTimer(uint32_t nID)
     }
 }
 
-void CQKPlayerDlg::OnSize(int w, int h)
+void CQKPlayerDlg::OnLayout(int, int)
 {
-    CQKHostWnd::OnSize(w, h);
     if (m_bInMaximize)
         return;
     ComputeVideoRect();
     UpdateVideoLayout();
-    InvalidateRect();
 }
 
-void CQKPlayerDlg::OnPaint()
+void CQKPlayerDlg::OnPaintBackground(CQKGraphics* pGraphics)
 {
-    const QRect rcClient = GetClientRect();
-    if (rcClient.isEmpty())
-        return;
-    QImage image(rcClient.size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(FromColorRef(g_clrFace));
-    {
-        QPainter painter(&image);
-        painter.fillRect(m_rcVideo, Qt::black);
-    }
-    UpdateWindowFromImage(image, QPoint(0, 0));
+    // The ground of the window, and the video area in black: the picture's bars are what the
+    // video surface leaves uncovered. The frame and the title come with the frame painting.
+    pGraphics->Clear(QKArgb(g_clrFace, 255));
+    pGraphics->FillRectangle(tagQKBrush::Solid(0xFF000000), m_rcVideo.x(), m_rcVideo.y(), m_rcVideo.width(), m_rcVideo.height());
 }
 
 void CQKPlayerDlg::OnClose()
@@ -202,6 +191,7 @@ void CQKPlayerDlg::OnCancel()
 
 void CQKPlayerDlg::OnDestroy()
 {
+    // The engine stops and its thread is joined before anything of the window goes.
     // Timer 4 is left alone: it dies with the window.
     KillTimer(QKTIMER_POSITION);
     KillTimer(QKTIMER_BARS);
@@ -215,4 +205,6 @@ void CQKPlayerDlg::OnDestroy()
         m_wndPlay->Destroy();
         m_wndPlay.reset();
     }
+    // The bars come with full screen. The manager goes with the host.
+    CQKUIHostWnd::OnDestroy();
 }

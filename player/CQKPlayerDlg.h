@@ -16,7 +16,7 @@
 // blocking qkplaydll_Play. OnStop joins that thread before it changes anything the thread
 // reads, and the thread never waits for the GUI thread.
 #include "engine/qkplay.h"
-#include "platform/CQKHostWnd.h"
+#include "toolkit/CQKUIHostWnd.h"
 
 #include <QRect>
 #include <QString>
@@ -49,7 +49,7 @@ enum : uint32_t {
     QKTIMER_STARTUP = 4, // 100 ms, one shot: read the start-up list
 };
 
-class CQKPlayerDlg : public CQKHostWnd
+class CQKPlayerDlg : public CQKUIHostWnd
 {
 public:
     // The window class and title of the main window.
@@ -113,10 +113,10 @@ protected:
     void OnCreate() override;
     intptr_t OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam) override;
     void OnTimer(uint32_t nID) override;
-    void OnSize(int w, int h) override;
+    void OnPaintBackground(CQKGraphics* pGraphics) override;
+    void OnLayout(int w, int h) override;
     void OnClose() override;
     void OnDestroy() override;
-    void OnPaint() override;
 
 private:
     void OnCommand(uint32_t nCmd);

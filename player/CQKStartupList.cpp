@@ -1,0 +1,57 @@
+#include "player/CQKStartupList.h"
+
+#include "services/CQKXmlDocument.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+const char16_t* Wide(const QString& s)
+{
+    return reinterpret_cast<const char16_t*>(s.utf16());
+}
+
+} // namespace
+
+bool CQKStartupList::Write(const QString& strPath, const QStringList& args, const QString& strModule)
+{
+    if (QFileInfo::exists(strPath))
+        QFile::remove(strPath);
+    if (args.isEmpty())
+        return false;
+    CQKXmlDocument doc;
+    CQKXmlNode* pRoot = doc.AddChild(u"startupfiles", CQKXmlNode::kTypeElement);
+    for (const QString& arg : args) {
+        // Every argument is a candidate file, the first one included; only the program's own
+        // full path is left out. A program started by a relative path therefore lists its own
+        // file, which then fails as media like any other file that is not.
+        if (arg.compare(strModule, Qt::CaseInsensitive) == 0)
+            continue;
+        if (arg.isEmpty() || !QFileInfo::exists(arg))
+            continue;
+        CQKXmlNode* pItem = pRoot->AddChild(u"item", CQKXmlNode::kTypeElement);
+        pItem->AddAttribute(u"file", Wide(arg));
+    }
+    return doc.SaveFile(Wide(strPath));
+}
+
+bool CQKStartupList::Read(const QString& strPath, QStringList& arrFiles)
+{
+    CQKXmlDocument doc;
+    if (!doc.LoadFile(Wide(strPath)))
+        return false;
+    arrFiles.clear();
+    QKXMLPOS pos = nullptr;
+    CQKXmlNode* pRoot = doc.FindChild(u"startupfiles", pos);
+    while (pRoot && pRoot->GetType() != CQKXmlNode::kTypeElement)
+        pRoot = pos ? doc.FindNextChild(u"startupfiles", pos) : nullptr;
+    if (!pRoot)
+        return true;
+    QKXMLPOS posItem = nullptr;
+    for (CQKXmlNode* pItem = pRoot->FindChild(u"item", posItem); pItem; pItem = posItem ? pRoot->FindNextChild(u"item", posItem) : nullptr) {
+        if (pItem->GetType() == CQKXmlNode::kTypeElement)
+            arrFiles.append(QString::fromUtf16(pItem->GetAttribute(u"file", u"")));
+    }
+    return true;
+}

@@ -1,0 +1,264 @@
+#include "PlayerProcess.h"
+
+#include "support/TestPaths.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QThread>
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <sys/stat.h>
+
+namespace orbeltest {
+
+namespace {
+
+bool CopyFolder(const QString& from, const QString& to)
+{
+    QDir src(from);
+    if (!src.exists() || !QDir().mkpath(to))
+        return false;
+    for (const QFileInfo& info : src.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QString target = to + '/' + info.fileName();
+        if (info.isDir()) {
+            if (!CopyFolder(info.filePath(), target))
+                return false;
+        } else if (!QFile::copy(info.filePath(), target)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+PlayerSandbox::PlayerSandbox()
+{
+    if (!dir.isValid())
+        return;
+    strApp = dir.path() + QStringLiteral("/app/");
+    const QString bin = BinDir();
+    if (!QDir().mkpath(strApp) || !QDir().mkpath(dir.path() + QStringLiteral("/run")) || !QDir().mkpath(dir.path() + QStringLiteral("/home")))
+        return;
+    chmod(QFile::encodeName(dir.path() + QStringLiteral("/run")).constData(), 0700);
+    if (!QFile::copy(bin + QStringLiteral("orbel-player"), strApp + QStringLiteral("orbel-player")))
+        return;
+    if (!QFile::copy(bin + QStringLiteral("libqkplay.so"), strApp + QStringLiteral("libqkplay.so")))
+        return;
+    QFile::setPermissions(strApp + QStringLiteral("orbel-player"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    bValid = CopyFolder(bin + QStringLiteral("skin"), strApp + QStringLiteral("skin"));
+}
+
+PlayerSandbox::~PlayerSandbox()
+{
+    for (auto& p : processes) {
+        if (p->state() != QProcess::NotRunning) {
+            p->kill();
+            p->waitForFinished(5000);
+        }
+    }
+}
+
+QProcessEnvironment PlayerSandbox::Environment() const
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir.path() + QStringLiteral("/run"));
+    env.insert(QStringLiteral("HOME"), dir.path() + QStringLiteral("/home"));
+    env.insert(QStringLiteral("XDG_CONFIG_HOME"), dir.path() + QStringLiteral("/home/.config"));
+    env.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    env.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+    return env;
+}
+
+QProcess* PlayerSandbox::Start(const QStringList& args)
+{
+    auto p = std::make_unique<QProcess>();
+    p->setProgram(strApp + QStringLiteral("orbel-player"));
+    p->setArguments(args);
+    p->setProcessEnvironment(Environment());
+    p->setWorkingDirectory(dir.path());
+    p->setProcessChannelMode(QProcess::ForwardedChannels);
+    p->start();
+    p->waitForStarted(5000);
+    processes.push_back(std::move(p));
+    return processes.back().get();
+}
+
+int PlayerSandbox::RunToEnd(const QStringList& args, int nTimeoutMs)
+{
+    QProcess* p = Start(args);
+    if (!WaitForEnd(p, nTimeoutMs)) {
+        p->kill();
+        p->waitForFinished(5000);
+        return -1;
+    }
+    return p->exitStatus() == QProcess::NormalExit ? p->exitCode() : -1;
+}
+
+bool PlayerSandbox::WaitForEnd(QProcess* pProcess, int nTimeoutMs)
+{
+    return WaitUntil([pProcess] { return pProcess->state() == QProcess::NotRunning; }, nTimeoutMs);
+}
+
+ScreenProbe::ScreenProbe()
+{
+    pDisplay = XOpenDisplay(nullptr);
+}
+
+ScreenProbe::~ScreenProbe()
+{
+    if (pDisplay)
+        XCloseDisplay(pDisplay);
+}
+
+namespace {
+
+bool HasClass(Display* pDisplay, Window w, const QByteArray& name)
+{
+    XClassHint hint { nullptr, nullptr };
+    if (!XGetClassHint(pDisplay, w, &hint))
+        return false;
+    const bool bMatch = (hint.res_name && name == hint.res_name) || (hint.res_class && name == hint.res_class);
+    if (hint.res_name)
+        XFree(hint.res_name);
+    if (hint.res_class)
+        XFree(hint.res_class);
+    return bMatch;
+}
+
+} // namespace
+
+std::vector<unsigned long> ScreenProbe::FindWindows(const QString& strClass) const
+{
+    std::vector<unsigned long> found;
+    if (!pDisplay)
+        return found;
+    const QByteArray name = strClass.toUtf8();
+    Window root = DefaultRootWindow(pDisplay);
+    Window parent = 0;
+    Window* pChildren = nullptr;
+    unsigned int nChildren = 0;
+    XSync(pDisplay, False);
+    if (!XQueryTree(pDisplay, root, &root, &parent, &pChildren, &nChildren))
+        return found;
+    for (unsigned int i = 0; i < nChildren; ++i) {
+        XWindowAttributes attr;
+        if (!XGetWindowAttributes(pDisplay, pChildren[i], &attr) || attr.map_state != IsViewable)
+            continue;
+        if (HasClass(pDisplay, pChildren[i], name))
+            found.push_back(pChildren[i]);
+    }
+    if (pChildren)
+        XFree(pChildren);
+    return found;
+}
+
+std::vector<unsigned long> ScreenProbe::WaitForWindows(const QString& strClass, size_t nCount, int nTimeoutMs) const
+{
+    std::vector<unsigned long> found;
+    WaitUntil([&] {
+        found = FindWindows(strClass);
+        return found.size() == nCount;
+    },
+        nTimeoutMs);
+    return found;
+}
+
+QRect ScreenProbe::Geometry(unsigned long window) const
+{
+    XWindowAttributes attr;
+    if (!pDisplay || !XGetWindowAttributes(pDisplay, window, &attr))
+        return QRect();
+    int x = 0;
+    int y = 0;
+    Window child = 0;
+    XTranslateCoordinates(pDisplay, window, DefaultRootWindow(pDisplay), 0, 0, &x, &y, &child);
+    return QRect(x, y, attr.width, attr.height);
+}
+
+QColor ScreenProbe::ColourAt(unsigned long window, QPoint ptClient, int nSize) const
+{
+    if (!pDisplay)
+        return QColor();
+    const QRect rc = Geometry(window);
+    if (rc.isNull())
+        return QColor();
+    // The root window shows what is on the screen, child windows of other depths (the video
+    // surface) included.
+    const int x = rc.x() + ptClient.x() - nSize / 2;
+    const int y = rc.y() + ptClient.y() - nSize / 2;
+    XImage* pImage = XGetImage(pDisplay, DefaultRootWindow(pDisplay), x, y, nSize, nSize, AllPlanes, ZPixmap);
+    if (!pImage)
+        return QColor();
+    long r = 0;
+    long g = 0;
+    long b = 0;
+    for (int j = 0; j < nSize; ++j) {
+        for (int i = 0; i < nSize; ++i) {
+            const unsigned long px = XGetPixel(pImage, i, j);
+            r += (px >> 16) & 0xFF;
+            g += (px >> 8) & 0xFF;
+            b += px & 0xFF;
+        }
+    }
+    XDestroyImage(pImage);
+    const long n = static_cast<long>(nSize) * nSize;
+    return QColor(static_cast<int>(r / n), static_cast<int>(g / n), static_cast<int>(b / n));
+}
+
+void ScreenProbe::RequestClose(unsigned long window) const
+{
+    if (!pDisplay)
+        return;
+    XEvent ev {};
+    ev.xclient.type = ClientMessage;
+    ev.xclient.window = window;
+    ev.xclient.message_type = XInternAtom(pDisplay, "WM_PROTOCOLS", False);
+    ev.xclient.format = 32;
+    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(pDisplay, "WM_DELETE_WINDOW", False));
+    ev.xclient.data.l[1] = CurrentTime;
+    XSendEvent(pDisplay, window, False, NoEventMask, &ev);
+    XFlush(pDisplay);
+}
+
+void ScreenProbe::PressKey(unsigned long window, const char* pszKeysym) const
+{
+    // xdotool focuses the window and types through the XTEST extension, as a keyboard does.
+    const QString id = QString::number(window);
+    QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("windowfocus"), id });
+    QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("key"), QString::fromLatin1(pszKeysym) });
+}
+
+bool IsRed(const QColor& c)
+{
+    return c.red() > 150 && c.green() < 90 && c.blue() < 90;
+}
+
+bool IsGreen(const QColor& c)
+{
+    return c.green() > 90 && c.red() < 90 && c.blue() < 90;
+}
+
+bool IsBlue(const QColor& c)
+{
+    return c.blue() > 150 && c.red() < 90 && c.green() < 90;
+}
+
+bool WaitUntil(const std::function<bool()>& pred, int nTimeoutMs)
+{
+    QDeadlineTimer deadline(nTimeoutMs);
+    for (;;) {
+        if (pred())
+            return true;
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QThread::msleep(30);
+    }
+}
+
+} // namespace orbeltest

@@ -1,0 +1,82 @@
+#pragma once
+// Runs the real program as a person would: each test gets its own copy of the program folder
+// (executable, engine and skin), its own runtime folder (so lock and socket are private) and
+// its own home, and looks at the screen through X11.
+#include <QColor>
+#include <QPoint>
+#include <QProcess>
+#include <QRect>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace orbeltest {
+
+class PlayerSandbox
+{
+public:
+    PlayerSandbox();
+    ~PlayerSandbox();
+
+    // False when the program could not be copied (the test then fails).
+    bool IsValid() const { return bValid; }
+    QString AppFolder() const { return strApp; }
+    QString Root() const { return dir.path(); }
+    // The folder the program writes its two files to (its own skin folder, which is writable).
+    QString SkinFolder() const { return strApp + QStringLiteral("skin/"); }
+
+    // Starts the program with these arguments; it keeps running until the test ends it.
+    QProcess* Start(const QStringList& args);
+    // Starts it and waits for it to end; returns its exit code, or -1 if it did not end
+    // within nTimeoutMs (it is killed then).
+    int RunToEnd(const QStringList& args, int nTimeoutMs = 15000);
+    // Waits for a started process to end by itself.
+    static bool WaitForEnd(QProcess* pProcess, int nTimeoutMs);
+
+private:
+    QProcessEnvironment Environment() const;
+
+    QTemporaryDir dir;
+    QString strApp;
+    bool bValid { false };
+    std::vector<std::unique_ptr<QProcess>> processes;
+};
+
+// The X display of the test (xvfb-run gives each test program its own).
+class ScreenProbe
+{
+public:
+    ScreenProbe();
+    ~ScreenProbe();
+    bool IsOpen() const { return pDisplay != nullptr; }
+
+    // Mapped top-level windows whose class or instance name is strClass.
+    std::vector<unsigned long> FindWindows(const QString& strClass) const;
+    // Waits until exactly nCount such windows exist; returns them.
+    std::vector<unsigned long> WaitForWindows(const QString& strClass, size_t nCount, int nTimeoutMs) const;
+    // The window's rectangle on the screen.
+    QRect Geometry(unsigned long window) const;
+    // The average colour of a square of nSize pixels around a client point, as the screen
+    // shows it (video surface included).
+    QColor ColourAt(unsigned long window, QPoint ptClient, int nSize = 9) const;
+    // Asks the window to close, as a window manager's close button does.
+    void RequestClose(unsigned long window) const;
+    // Gives the window the keyboard focus and types a key (an X keysym name such as "Escape").
+    void PressKey(unsigned long window, const char* pszKeysym) const;
+
+private:
+    struct _XDisplay* pDisplay { nullptr };
+};
+
+// Colour tests for solid clips after video decoding (small shifts of a few levels).
+bool IsRed(const QColor& c);
+bool IsGreen(const QColor& c);
+bool IsBlue(const QColor& c);
+
+// Runs the event loop until pred holds or the time is up.
+bool WaitUntil(const std::function<bool()>& pred, int nTimeoutMs);
+
+} // namespace orbeltest

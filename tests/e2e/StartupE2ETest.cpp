@@ -1,0 +1,256 @@
+// The real program under X: first start, hand-off to a running player, the process roles,
+// and the options written at the end.
+#include "PlayerProcess.h"
+
+#include "support/TestMedia.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+using namespace orbeltest;
+
+namespace {
+
+const QString kClass = QStringLiteral("QKOrbelPlayerGuiFrame");
+// Long enough to be still playing when a test looks.
+constexpr double kClipSeconds = 60.0;
+// A window needs this long to come up, a second start this long to hand over and end (more
+// under the sanitizers).
+constexpr int kWindowMs = 20000;
+constexpr int kColourMs = 20000;
+
+// The centre of the video area of a window.
+QPoint VideoCentre(const QRect& rcWindow)
+{
+    return QPoint(rcWindow.width() / 2, 31 + (rcWindow.height() - 82) / 2);
+}
+
+QString ReadWide(const QString& path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return QString();
+    const QByteArray bytes = f.readAll();
+    if (bytes.size() < 2 || static_cast<uint8_t>(bytes[0]) != 0xFF || static_cast<uint8_t>(bytes[1]) != 0xFE)
+        return QString();
+    return QString(reinterpret_cast<const QChar*>(bytes.constData() + 2), (bytes.size() - 2) / 2);
+}
+
+void WriteWide(const QString& path, const QString& text)
+{
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QByteArray bytes("\xFF\xFE", 2);
+    for (QChar c : text) {
+        bytes.append(static_cast<char>(c.unicode() & 0xFF));
+        bytes.append(static_cast<char>(c.unicode() >> 8));
+    }
+    f.write(bytes);
+}
+
+class StartupE2ETest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(sandbox.IsValid()) << "could not copy the program from " << qPrintable(BinDir());
+        ASSERT_TRUE(screen.IsOpen()) << "no X display";
+        red = TestMedia::SolidColor(QStringLiteral("red"), kClipSeconds, 64, 48, true);
+        green = TestMedia::SolidColor(QStringLiteral("green"), kClipSeconds, 64, 48, true);
+        blue = TestMedia::SolidColor(QStringLiteral("blue"), kClipSeconds, 64, 48, true);
+        ASSERT_FALSE(red.isEmpty());
+        ASSERT_FALSE(green.isEmpty());
+        ASSERT_FALSE(blue.isEmpty());
+    }
+
+    // Starts the first player on a file and waits until its picture shows.
+    unsigned long StartPlaying(const QString& file, bool (*isColour)(const QColor&))
+    {
+        first = sandbox.Start({ file });
+        const auto windows = screen.WaitForWindows(kClass, 1, kWindowMs);
+        if (windows.size() != 1)
+            return 0;
+        const unsigned long w = windows.front();
+        if (!WaitForColour(w, isColour))
+            return 0;
+        return w;
+    }
+
+    bool WaitForColour(unsigned long w, bool (*isColour)(const QColor&), int nMs = kColourMs)
+    {
+        return WaitUntil([&] { return isColour(screen.ColourAt(w, VideoCentre(screen.Geometry(w)))); }, nMs);
+    }
+
+    // The picture stays of one colour for a while.
+    bool StaysColour(unsigned long w, bool (*isColour)(const QColor&), int nMs)
+    {
+        return !WaitUntil([&] { return !isColour(screen.ColourAt(w, VideoCentre(screen.Geometry(w)))); }, nMs);
+    }
+
+    PlayerSandbox sandbox;
+    ScreenProbe screen;
+    QProcess* first { nullptr };
+    QString red;
+    QString green;
+    QString blue;
+};
+
+TEST_F(StartupE2ETest, StartWithoutFilesShowsTheWindowAndPlaysNothing)
+{
+    sandbox.Start({});
+    const auto windows = screen.WaitForWindows(kClass, 1, kWindowMs);
+    ASSERT_EQ(windows.size(), 1u);
+    const QRect rc = screen.Geometry(windows.front());
+    EXPECT_EQ(rc.size(), QSize(866, 562));
+    // Centred on the 1920 by 1080 screen of the test.
+    EXPECT_NEAR(rc.center().x(), 960, 2);
+    EXPECT_NEAR(rc.center().y(), 540, 2);
+    // The start-up list was written with no entry, and the video area stays black.
+    EXPECT_TRUE(WaitUntil([&] { return ReadWide(sandbox.SkinFolder() + "playercommand.dat").contains("<startupfiles/>"); }, 5000));
+    EXPECT_TRUE(StaysColour(
+        windows.front(), [](const QColor& c) { return c.red() < 30 && c.green() < 30 && c.blue() < 30; }, 1500));
+}
+
+TEST_F(StartupE2ETest, FirstStartPlaysItsFileInAWindowFittedToTheVideo)
+{
+    const unsigned long w = StartPlaying(red, IsRed);
+    ASSERT_NE(w, 0u) << "the red clip never showed";
+    // A 64 by 48 video at 100% gets the smallest video area, 320 by 240, and the window
+    // around it.
+    EXPECT_TRUE(WaitUntil([&] { return screen.Geometry(w).size() == QSize(330, 322); }, 5000)) << screen.Geometry(w).width() << "x" << screen.Geometry(w).height();
+    EXPECT_TRUE(IsRed(screen.ColourAt(w, QPoint(10, 40))));
+    EXPECT_TRUE(IsRed(screen.ColourAt(w, QPoint(320, 265))));
+}
+
+TEST_F(StartupE2ETest, SecondStartHandsItsFileToTheRunningPlayer)
+{
+    const unsigned long w = StartPlaying(red, IsRed);
+    ASSERT_NE(w, 0u);
+    EXPECT_EQ(sandbox.RunToEnd({ blue }), 0);
+    EXPECT_TRUE(WaitForColour(w, IsBlue)) << "the running player did not switch to the handed file";
+    EXPECT_EQ(screen.FindWindows(kClass).size(), 1u);
+    EXPECT_EQ(first->state(), QProcess::Running);
+}
+
+TEST_F(StartupE2ETest, SecondStartWithoutFilesLeavesPlaybackRunning)
+{
+    const unsigned long w = StartPlaying(red, IsRed);
+    ASSERT_NE(w, 0u);
+    EXPECT_EQ(sandbox.RunToEnd({}), 0);
+    EXPECT_TRUE(ReadWide(sandbox.SkinFolder() + "playercommand.dat").contains("<startupfiles/>"));
+    EXPECT_TRUE(StaysColour(w, IsRed, 1500));
+    EXPECT_EQ(screen.FindWindows(kClass).size(), 1u);
+}
+
+TEST_F(StartupE2ETest, HandOffSkipsWhatIsNotMediaAndPlaysTheNextFile)
+{
+    const unsigned long w = StartPlaying(red, IsRed);
+    ASSERT_NE(w, 0u);
+    const QString notMedia = TestMedia::RandomBytes();
+    ASSERT_FALSE(notMedia.isEmpty());
+    EXPECT_EQ(sandbox.RunToEnd({ notMedia, QStringLiteral("/no/such/file.mp4"), green, blue }), 0);
+    EXPECT_TRUE(WaitForColour(w, IsGreen));
+    // The list holds what existed, in order; the missing file was never written.
+    const QString list = ReadWide(sandbox.SkinFolder() + "playercommand.dat");
+    EXPECT_EQ(list.count(QStringLiteral("<item ")), 3);
+    EXPECT_FALSE(list.contains(QStringLiteral("/no/such/file.mp4")));
+}
+
+TEST_F(StartupE2ETest, NonAsciiPathSurvivesTheHandOff)
+{
+    const unsigned long w = StartPlaying(red, IsRed);
+    ASSERT_NE(w, 0u);
+    const QString odd = sandbox.Root() + QStringLiteral("/Blå ünï 日本語 €.mp4");
+    ASSERT_TRUE(QFile::copy(blue, odd));
+    EXPECT_EQ(sandbox.RunToEnd({ odd }), 0);
+    EXPECT_TRUE(WaitForColour(w, IsBlue));
+    EXPECT_TRUE(ReadWide(sandbox.SkinFolder() + "playercommand.dat").contains(QStringLiteral("日本語 €.mp4")));
+}
+
+TEST_F(StartupE2ETest, WithSingleInstanceOffTwoPlayersRun)
+{
+    WriteWide(sandbox.SkinFolder() + "playeroptions.dat", QStringLiteral("<options bOnlyOneInstance=\"0\" ds=\"1\"/>"));
+    QProcess* a = sandbox.Start({ red });
+    ASSERT_EQ(screen.WaitForWindows(kClass, 1, kWindowMs).size(), 1u);
+    QProcess* b = sandbox.Start({ blue });
+    const auto windows = screen.WaitForWindows(kClass, 2, kWindowMs);
+    ASSERT_EQ(windows.size(), 2u);
+    EXPECT_EQ(a->state(), QProcess::Running);
+    EXPECT_EQ(b->state(), QProcess::Running);
+    // Both read the same list file, so at least the later one plays blue; neither ends.
+    EXPECT_TRUE(WaitUntil([&] {
+        return IsBlue(screen.ColourAt(windows[0], VideoCentre(screen.Geometry(windows[0])))) || IsBlue(screen.ColourAt(windows[1], VideoCentre(screen.Geometry(windows[1]))));
+    },
+        kColourMs));
+}
+
+TEST_F(StartupE2ETest, ManyNearSimultaneousStartsLeaveOnePlayerPlayingAHandedFile)
+{
+    const unsigned long w = StartPlaying(red, IsRed);
+    ASSERT_NE(w, 0u);
+    std::vector<QProcess*> later;
+    for (int i = 0; i < 20; ++i)
+        later.push_back(sandbox.Start({ i % 2 ? green : blue }));
+    for (QProcess* p : later) {
+        ASSERT_TRUE(PlayerSandbox::WaitForEnd(p, 60000));
+        EXPECT_EQ(p->exitCode(), 0);
+    }
+    EXPECT_EQ(screen.FindWindows(kClass).size(), 1u);
+    EXPECT_EQ(first->state(), QProcess::Running);
+    EXPECT_TRUE(WaitForColour(w, [](const QColor& c) { return IsGreen(c) || IsBlue(c); }));
+}
+
+TEST_F(StartupE2ETest, KilledFirstPlayerDoesNotBlockTheNextStart)
+{
+    const unsigned long w = StartPlaying(red, IsRed);
+    ASSERT_NE(w, 0u);
+    ::kill(static_cast<pid_t>(first->processId()), SIGKILL);
+    ASSERT_TRUE(PlayerSandbox::WaitForEnd(first, 5000));
+    // Its socket file is still there; the next start must not take it for a running player.
+    sandbox.Start({ blue });
+    const auto windows = screen.WaitForWindows(kClass, 1, kWindowMs);
+    ASSERT_EQ(windows.size(), 1u);
+    EXPECT_NE(windows.front(), w);
+    EXPECT_TRUE(WaitForColour(windows.front(), IsBlue));
+}
+
+TEST_F(StartupE2ETest, ClosingWritesAllTenOptionsWithTheDeliberateRules)
+{
+    // A stored display ratio never takes effect, and is written back as the default; the
+    // rest is kept. A hand-edited volume above 100 is kept as it is.
+    WriteWide(sandbox.SkinFolder() + "playeroptions.dat",
+        QStringLiteral("<options dr=\"5\" ds=\"1\" bAutoPlayNext=\"1\" bMute=\"1\" bOnlyOneInstance=\"1\" dVolumeScale=\"33.33333\" nYDel=\"4\"/>"));
+    const unsigned long w = StartPlaying(red, IsRed);
+    ASSERT_NE(w, 0u);
+    screen.RequestClose(w);
+    ASSERT_TRUE(PlayerSandbox::WaitForEnd(first, 15000));
+    EXPECT_EQ(first->exitCode(), 0);
+    EXPECT_EQ(ReadWide(sandbox.SkinFolder() + "playeroptions.dat"),
+        QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n"
+                       "<options dr=\"0\" ds=\"1\" bAutoPlayNext=\"1\" bMute=\"1\" bOnlyOneInstance=\"1\" "
+                       "dVolumeScale=\"33.3333\" bAlwaysOnTop=\"0\" nYDel=\"4\" nUDel=\"0\" nVDel=\"0\"/>\r\n"));
+}
+
+TEST_F(StartupE2ETest, EscapeEndsThePlayerAndASecondStartNeverWritesOptions)
+{
+    const unsigned long w = StartPlaying(red, IsRed);
+    ASSERT_NE(w, 0u);
+    // A start that hands over ends without saving: the file does not exist yet.
+    EXPECT_EQ(sandbox.RunToEnd({ blue }), 0);
+    EXPECT_FALSE(QFileInfo::exists(sandbox.SkinFolder() + "playeroptions.dat"));
+    screen.PressKey(w, "Escape");
+    ASSERT_TRUE(PlayerSandbox::WaitForEnd(first, 15000));
+    EXPECT_EQ(first->exitCode(), 0);
+    const QString options = ReadWide(sandbox.SkinFolder() + "playeroptions.dat");
+    for (const char* key : { "dr", "ds", "bAutoPlayNext", "bMute", "bOnlyOneInstance", "dVolumeScale", "bAlwaysOnTop", "nYDel", "nUDel", "nVDel" })
+        EXPECT_TRUE(options.contains(QStringLiteral(" %1=\"").arg(QLatin1String(key)))) << key;
+    // With the first player gone, a new start runs a window of its own at once.
+    sandbox.Start({});
+    EXPECT_EQ(screen.WaitForWindows(kClass, 1, kWindowMs).size(), 1u);
+}
+
+} // namespace
