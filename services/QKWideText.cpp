@@ -26,6 +26,17 @@ locale_t CLocale()
     return loc;
 }
 
+// Skips leading white space and one sign, as the C library's number readers do; true for
+// a minus sign.
+bool SkipSpaceAndSign(const char16_t*& psz)
+{
+    while (IsSpace(*psz))
+        ++psz;
+    if (*psz != u'+' && *psz != u'-')
+        return false;
+    return *psz++ == u'-';
+}
+
 char16_t* Widen(char16_t (&buf)[kFormatUnits], const char* psz, size_t n)
 {
     size_t i = 0;
