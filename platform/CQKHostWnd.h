@@ -37,6 +37,7 @@
 
 class QImage;
 class QWidget;
+class QWindow;
 class CQKHostWidget;
 
 // Style flags of CQKHostCreate::nStyle.
@@ -48,6 +49,7 @@ enum : uint32_t {
     QKHS_TRANSLUCENT = 0x0010, // per-pixel alpha: the composed picture's alpha reaches the screen
     QKHS_NOACTIVATE = 0x0020, // showing does not take the focus (tool tips)
     QKHS_TRANSPARENTINPUT = 0x0040, // the mouse passes through (shadows)
+    QKHS_TIPWINDOW = 0x0080, // a tip or shadow: above all, never activated, placed exactly
 };
 
 // ShowWindow commands (the numbers the program uses).
@@ -233,19 +235,25 @@ public:
     // --- for platform code only -----------------------------------------------------------
     // The widget behind the window (video surface, edit fields), or null.
     QWidget* NativeWidget() const;
+    // Its native window (tests drive input through it), or null.
+    QWindow* NativeWindow() const;
     // The host of a widget made by this class, or null.
     static CQKHostWnd* FromWidget(const QWidget* pWidget);
 
-    // Default key handling, for hosts that override OnKeyMessage and want it after their own:
-    // WM_KEYDOWN through the accelerator table, else OnKeyDown. True when handled.
+    // What happens to a key of this window that PreTranslateKey did not take: WM_KEYDOWN
+    // through the accelerator table (a match sends WM_COMMAND with the command id and returns
+    // true), else OnKeyDown or OnKeyUp (returns false).
     bool DefaultKeyMessage(uint32_t msg, uint32_t vk, uint32_t mods);
+    // Looks a key up in the accelerator table: the command id, or 0.
+    uint32_t FindAccelerator(uint32_t vk, uint32_t mods) const;
 
 protected:
     // --- what a host overrides ----------------------------------------------------------
     // After the window is made, before Create() returns.
     virtual void OnCreate() { }
-    // Private and command messages, posted or sent. Returns the message's result; 0 is the
-    // default processing.
+    // Private and command messages, posted or sent. Returns the message's result. The base
+    // is the default processing: WM_SYSCOMMAND minimises, maximises, restores or closes,
+    // WM_CLOSE calls OnClose(), anything else returns 0.
     virtual intptr_t OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam);
     virtual void OnTimer(uint32_t nID);
     // Before each mouse move that no capture holds, as the system asks which cursor to
@@ -274,7 +282,8 @@ protected:
     // The system or the user asks the window to close. The base destroys the window; a
     // popup that closes itself on an outside click comes here too.
     virtual void OnClose();
-    // The window is going; the last moment it exists.
+    // The window is going; the last moment it exists. The base destructor cannot reach a
+    // derived OnDestroy, so a host that needs it calls DestroyWindow() in its own destructor.
     virtual void OnDestroy() { }
     // Files dropped on the window, local paths in their order.
     virtual void OnDropFiles(const QStringList& paths);

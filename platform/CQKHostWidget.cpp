@@ -1,0 +1,413 @@
+#include "platform/CQKHostWidget.h"
+
+#include "platform/CQKHostWnd.h"
+#include "platform/QKKeys.h"
+#include "platform/QKMessages.h"
+
+#include <QChildEvent>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QTimerEvent>
+#include <QUrl>
+#include <QWheelEvent>
+#include <algorithm>
+
+// The queued message of PostMessage.
+class CQKMessageEvent : public QEvent
+{
+public:
+    static QEvent::Type TypeId()
+    {
+        static const QEvent::Type t = static_cast<QEvent::Type>(QEvent::registerEventType());
+        return t;
+    }
+    CQKMessageEvent(uint32_t m, uintptr_t w, intptr_t l)
+        : QEvent(TypeId())
+        , msg(m)
+        , wParam(w)
+        , lParam(l)
+    {
+    }
+    uint32_t msg;
+    uintptr_t wParam;
+    intptr_t lParam;
+};
+
+QEvent* CQKHostWidget::MakeMessageEvent(uint32_t msg, uintptr_t wParam, intptr_t lParam)
+{
+    return new CQKMessageEvent(msg, wParam, lParam);
+}
+
+CQKHostWidget::CQKHostWidget(CQKHostWnd* host, QWidget* pParent, Qt::WindowFlags flags)
+    : QWidget(pParent, flags)
+    , pHost(host)
+{
+    setMouseTracking(true);
+    setAttribute(Qt::WA_NoSystemBackground);
+}
+
+CQKHostWidget::~CQKHostWidget()
+{
+    // Qt deletes an owned host's window with its owner's. The host lets go of it first, so
+    // that nothing it does in OnDestroy can reach the half-deleted window.
+    if (CQKHostWnd* h = pHost) {
+        h->DetachWidget();
+        h->OnDestroy();
+    }
+}
+
+bool CQKHostWidget::StartTimer(uint32_t nID, uint32_t nMs, bool bPrecise)
+{
+    StopTimer(nID);
+    // Like the system's timers, none runs faster than every 10 ms.
+    const int id = startTimer(std::max<uint32_t>(nMs, 10), bPrecise ? Qt::PreciseTimer : Qt::CoarseTimer);
+    if (id == 0)
+        return false;
+    mapTimers[nID] = id;
+    return true;
+}
+
+bool CQKHostWidget::StopTimer(uint32_t nID)
+{
+    auto it = mapTimers.find(nID);
+    if (it == mapTimers.end())
+        return false;
+    killTimer(it->second);
+    mapTimers.erase(it);
+    return true;
+}
+
+void CQKHostWidget::StopAllTimers()
+{
+    for (const auto& [nID, id] : mapTimers)
+        killTimer(id);
+    mapTimers.clear();
+}
+
+void CQKHostWidget::timerEvent(QTimerEvent* e)
+{
+    for (const auto& [nID, id] : mapTimers) {
+        if (id == e->timerId()) {
+            if (pHost)
+                pHost->OnTimer(nID);
+            return;
+        }
+    }
+    QWidget::timerEvent(e);
+}
+
+// --- painting -----------------------------------------------------------------------------
+
+void CQKHostWidget::Blit(const QRect& rc)
+{
+    if (bInPaint || !isVisible() || rc.isEmpty())
+        return;
+    bBlitting = true;
+    repaint(rc);
+    bBlitting = false;
+}
+
+void CQKHostWidget::Invalidate(const QRect& rc)
+{
+    rgnInvalid += rc;
+    update(rc);
+}
+
+void CQKHostWidget::PaintInvalid()
+{
+    if (!rgnInvalid.isEmpty() && isVisible())
+        repaint(rgnInvalid);
+}
+
+void CQKHostWidget::paintEvent(QPaintEvent* e)
+{
+    // A repaint that only shows pixels the host has just composed needs no composition,
+    // unless something else is waiting for one. Every other paint asks the host to compose.
+    if (pHost && (!bBlitting || !rgnInvalid.isEmpty())) {
+        rgnInvalid = QRegion();
+        bInPaint = true;
+        pHost->OnPaint();
+        bInPaint = false;
+    }
+    QPainter p(this);
+    p.setCompositionMode(QPainter::CompositionMode_Source);
+    for (const QRect& r : e->region())
+        p.drawImage(r, image, r);
+}
+
+void CQKHostWidget::resizeEvent(QResizeEvent* e)
+{
+    const QSize sz = size();
+    if (image.size() != sz) {
+        QImage fresh(sz.expandedTo(QSize(0, 0)), QImage::Format_ARGB32_Premultiplied);
+        fresh.fill(0);
+        if (!image.isNull() && !fresh.isNull()) {
+            QPainter p(&fresh);
+            p.setCompositionMode(QPainter::CompositionMode_Source);
+            p.drawImage(0, 0, image);
+        }
+        image = fresh;
+    }
+    QWidget::resizeEvent(e);
+    if (pHost)
+        pHost->OnSize(sz.width(), sz.height());
+}
+
+void CQKHostWidget::moveEvent(QMoveEvent* e)
+{
+    QWidget::moveEvent(e);
+    if (pHost)
+        pHost->OnMove(x(), y());
+}
+
+// --- mouse --------------------------------------------------------------------------------
+
+static uint32_t MouseKeys(Qt::MouseButtons buttons, Qt::KeyboardModifiers mods)
+{
+    uint32_t keys = 0;
+    if (buttons & Qt::LeftButton)
+        keys |= MK_LBUTTON;
+    if (buttons & Qt::RightButton)
+        keys |= MK_RBUTTON;
+    if (buttons & Qt::MiddleButton)
+        keys |= MK_MBUTTON;
+    if (mods & Qt::ShiftModifier)
+        keys |= MK_SHIFT;
+    if (mods & Qt::ControlModifier)
+        keys |= MK_CONTROL;
+    return keys;
+}
+
+void CQKHostWidget::DeliverMouse(uint32_t msg, QMouseEvent* e)
+{
+    if (!pHost)
+        return;
+    const QPoint pt = e->position().toPoint();
+    // Outside the client area only the host holding the capture hears the mouse; the grab
+    // Qt keeps while a button is down does not count as capture.
+    if (!rect().contains(pt) && CQKHostWnd::GetCapture() != pHost)
+        return;
+    if (msg == WM_MOUSEMOVE && rect().contains(pt)) {
+        bTracking = true;
+        if (!CQKHostWnd::GetCapture() && !pHost->OnSetCursor(pt))
+            setCursor(Qt::ArrowCursor);
+    }
+    pHost->OnMouseMessage(msg, pt, MouseKeys(e->buttons(), e->modifiers()));
+}
+
+void CQKHostWidget::mousePressEvent(QMouseEvent* e)
+{
+    if (e->button() == Qt::LeftButton)
+        DeliverMouse(WM_LBUTTONDOWN, e);
+    else if (e->button() == Qt::RightButton)
+        DeliverMouse(WM_RBUTTONDOWN, e);
+    else if (e->button() == Qt::MiddleButton)
+        DeliverMouse(WM_MBUTTONDOWN, e);
+}
+
+void CQKHostWidget::mouseReleaseEvent(QMouseEvent* e)
+{
+    if (e->button() == Qt::LeftButton)
+        DeliverMouse(WM_LBUTTONUP, e);
+    else if (e->button() == Qt::RightButton)
+        DeliverMouse(WM_RBUTTONUP, e);
+    else if (e->button() == Qt::MiddleButton)
+        DeliverMouse(WM_MBUTTONUP, e);
+}
+
+void CQKHostWidget::mouseDoubleClickEvent(QMouseEvent* e)
+{
+    // The second press of a double click arrives as the double click alone.
+    if (e->button() == Qt::LeftButton)
+        DeliverMouse(WM_LBUTTONDBLCLK, e);
+    else if (e->button() == Qt::RightButton)
+        DeliverMouse(WM_RBUTTONDBLCLK, e);
+}
+
+void CQKHostWidget::mouseMoveEvent(QMouseEvent* e)
+{
+    DeliverMouse(WM_MOUSEMOVE, e);
+}
+
+void CQKHostWidget::wheelEvent(QWheelEvent* e)
+{
+    const int delta = e->angleDelta().y();
+    if (!pHost || delta == 0) {
+        e->ignore();
+        return;
+    }
+    if (pHost->OnMouseWheel(MouseKeys(e->buttons(), e->modifiers()), delta, e->position().toPoint()))
+        e->accept();
+    else
+        e->ignore();
+}
+
+void CQKHostWidget::leaveEvent(QEvent* e)
+{
+    QWidget::leaveEvent(e);
+    if (!pHost || !bTracking)
+        return;
+    bTracking = false;
+    pHost->OnMouseMessage(WM_MOUSELEAVE, QPoint(QK_LEAVE_POINT, QK_LEAVE_POINT), 0);
+}
+
+// --- keys ---------------------------------------------------------------------------------
+
+bool CQKHostWidget::HandleKey(QKeyEvent* e, bool bChild)
+{
+    if (!pHost)
+        return false;
+    const uint32_t vk = QKVirtualKeyFromQt(e->key(), e->modifiers());
+    if (vk == 0)
+        return false;
+    const uint32_t msg = e->type() == QEvent::KeyPress ? WM_KEYDOWN : WM_KEYUP;
+    const uint32_t mods = QKModifiersFromQt(e->modifiers());
+    if (pHost->PreTranslateKey(msg, vk, mods))
+        return true;
+    if (!pHost) // the key may have closed the window
+        return true;
+    if (bChild) {
+        // A child (an edit field) handles its own keys, after the accelerators.
+        const uint32_t cmd = msg == WM_KEYDOWN ? pHost->FindAccelerator(vk, mods) : 0;
+        if (cmd != 0)
+            pHost->SendMessage(WM_COMMAND, cmd, 0);
+        return cmd != 0;
+    }
+    pHost->DefaultKeyMessage(msg, vk, mods);
+    return true;
+}
+
+bool CQKHostWidget::eventFilter(QObject* obj, QEvent* e)
+{
+    if ((e->type() == QEvent::KeyPress || e->type() == QEvent::KeyRelease) && obj->isWidgetType() && !static_cast<QWidget*>(obj)->isWindow()) {
+        ++nEventDepth;
+        const bool bTaken = HandleKey(static_cast<QKeyEvent*>(e), true);
+        --nEventDepth;
+        return bTaken;
+    }
+    return QWidget::eventFilter(obj, e);
+}
+
+// --- everything else ------------------------------------------------------------------------
+
+bool CQKHostWidget::event(QEvent* e)
+{
+    ++nEventDepth;
+    bool bResult = true;
+    switch (e->type()) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        // Tab is a key like any other here, not a move of Qt's focus chain.
+        if (!HandleKey(static_cast<QKeyEvent*>(e), false))
+            e->ignore();
+        break;
+    case QEvent::ChildPolished: {
+        QObject* child = static_cast<QChildEvent*>(e)->child();
+        if (child->isWidgetType() && !static_cast<QWidget*>(child)->isWindow())
+            child->installEventFilter(this);
+        bResult = QWidget::event(e);
+        break;
+    }
+    case QEvent::WindowActivate:
+    case QEvent::WindowDeactivate:
+        bResult = QWidget::event(e);
+        if (pHost)
+            pHost->OnActivate(e->type() == QEvent::WindowActivate);
+        break;
+    case QEvent::FocusIn:
+        bResult = QWidget::event(e);
+        if (pHost)
+            pHost->OnSetFocus();
+        break;
+    case QEvent::FocusOut:
+        bResult = QWidget::event(e);
+        if (pHost)
+            pHost->OnKillFocus();
+        break;
+    default:
+        if (e->type() == CQKMessageEvent::TypeId()) {
+            const auto* m = static_cast<CQKMessageEvent*>(e);
+            if (pHost)
+                pHost->OnMessage(m->msg, m->wParam, m->lParam);
+        } else {
+            bResult = QWidget::event(e);
+        }
+        break;
+    }
+    --nEventDepth;
+    return bResult;
+}
+
+void CQKHostWidget::closeEvent(QCloseEvent* e)
+{
+    if (bPopup) {
+        // A popup closed by a click outside is already on its way out; the host hears of it
+        // after the fact.
+        e->accept();
+        if (pHost)
+            pHost->OnClose();
+        return;
+    }
+    e->ignore();
+    if (pHost)
+        pHost->OnClose();
+}
+
+void CQKHostWidget::showEvent(QShowEvent* e)
+{
+    QWidget::showEvent(e);
+    if (pHost && !e->spontaneous())
+        pHost->OnShowWindow(true);
+}
+
+void CQKHostWidget::hideEvent(QHideEvent* e)
+{
+    QWidget::hideEvent(e);
+    bTracking = false;
+    if (pHost && !e->spontaneous())
+        pHost->OnShowWindow(false);
+}
+
+// --- dropped files --------------------------------------------------------------------------
+
+static QStringList LocalFiles(const QMimeData* mime)
+{
+    QStringList paths;
+    if (!mime || !mime->hasUrls())
+        return paths;
+    for (const QUrl& url : mime->urls())
+        if (url.isLocalFile())
+            paths << url.toLocalFile();
+    return paths;
+}
+
+void CQKHostWidget::dragEnterEvent(QDragEnterEvent* e)
+{
+    if (!LocalFiles(e->mimeData()).isEmpty())
+        e->acceptProposedAction();
+    else
+        e->ignore();
+}
+
+void CQKHostWidget::dragMoveEvent(QDragMoveEvent* e)
+{
+    if (!LocalFiles(e->mimeData()).isEmpty())
+        e->acceptProposedAction();
+    else
+        e->ignore();
+}
+
+void CQKHostWidget::dropEvent(QDropEvent* e)
+{
+    const QStringList paths = LocalFiles(e->mimeData());
+    if (paths.isEmpty() || !pHost) {
+        e->ignore();
+        return;
+    }
+    e->acceptProposedAction();
+    pHost->OnDropFiles(paths);
+}
