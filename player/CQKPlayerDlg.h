@@ -81,10 +81,6 @@ public:
     void UpdateVideoLayout();
     void ResizeToVideo(double dScale);
     void ApplyWindowSizeMode();
-    // Where the picture goes inside the video area for display ratio mode nMode and a source
-    // of nWidth by nHeight; an empty rectangle when the mode places nothing (a source ratio
-    // with no size). Mode 1 and modes above 7 fill the whole area.
-    static QRect PlacePicture(const QRect& rcVideo, int32_t nMode, int32_t nWidth, int32_t nHeight);
 
     // Ends the program the way every close command does.
     void OnCancel();
