@@ -65,6 +65,11 @@ bool PlaySession::WaitReady(std::chrono::milliseconds timeout)
     return WaitUntil([] { return qkplaydll_IsReady() != 0; }, timeout);
 }
 
+bool PlaySession::WaitUntilReady()
+{
+    return WaitUntil([] { return qkplaydll_IsReady() != 0; }, std::chrono::milliseconds(5000));
+}
+
 void PlaySession::Post(void* pCtx, int nMessage)
 {
     auto* pSelf = static_cast<PlaySession*>(pCtx);

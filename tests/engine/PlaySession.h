@@ -38,6 +38,8 @@ public:
     std::vector<int> Messages() const;
     int EndOfMediaCount() const;
     bool WaitReady(std::chrono::milliseconds timeout = std::chrono::milliseconds(5000));
+    // The same for use where no session object is at hand.
+    static bool WaitUntilReady();
 
 private:
     static void Post(void* pCtx, int nMessage);
