@@ -1,0 +1,257 @@
+#include "ToolkitTestSupport.h"
+
+#include "platform/QKAppFolder.h"
+#include "platform/QKKeys.h"
+#include "toolkit/QKFonts.h"
+#include "toolkit/QKTheme.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWheelEvent>
+#include <QWidget>
+#include <algorithm>
+
+namespace toolkittest {
+
+AppFolder::AppFolder()
+{
+    QDir(dir.path()).mkpath(QStringLiteral("skin"));
+    QKSetAppFolderForTesting(Path());
+    QKResetTheme();
+    QKClearFonts();
+}
+
+AppFolder::~AppFolder()
+{
+    QKSetAppFolderForTesting(QString());
+    QKResetTheme();
+    QKClearFonts();
+}
+
+QString AppFolder::Path() const
+{
+    return dir.path() + QLatin1Char('/');
+}
+
+void AppFolder::WriteBytes(const QString& relative, const QByteArray& bytes)
+{
+    const QString path = Path() + relative;
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        f.write(bytes);
+}
+
+void AppFolder::WriteUtf16(const QString& relative, const QString& text)
+{
+    QByteArray bytes("\xFF\xFE", 2);
+    for (QChar c : text) {
+        bytes.append(static_cast<char>(c.unicode() & 0xFF));
+        bytes.append(static_cast<char>(c.unicode() >> 8));
+    }
+    WriteBytes(relative, bytes);
+}
+
+void AppFolder::WriteUtf8(const QString& relative, const QString& text)
+{
+    WriteBytes(relative, text.toUtf8());
+}
+
+void AppFolder::WritePicture(const QString& relative, const QImage& image)
+{
+    const QString path = Path() + relative;
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    image.save(path, "PNG");
+}
+
+bool TestHost::Open(int w, int h)
+{
+    CQKHostCreate create;
+    create.nStyle = QKHS_FRAMELESS;
+    create.strClassName = QStringLiteral("QKToolkitTestHost");
+    create.rcWindow = QRect(100, 100, w, h);
+    if (!Create(create))
+        return false;
+    ShowWindow(SW_SHOW);
+    SetForegroundWindow();
+    Pump();
+    return true;
+}
+
+void TestHost::Pump()
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+    QCoreApplication::sendPostedEvents();
+}
+
+std::vector<tagMessage> TestHost::Received(uint32_t msg) const
+{
+    std::vector<tagMessage> out;
+    std::copy_if(vecReceived.begin(), vecReceived.end(), std::back_inserter(out), [msg](const tagMessage& m) { return m.msg == msg; });
+    return out;
+}
+
+intptr_t TestHost::OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam)
+{
+    vecReceived.push_back({ msg, wParam, lParam });
+    return CQKUIHostWnd::OnMessage(msg, wParam, lParam);
+}
+
+void TestHost::OnPaintBackground(CQKGraphics* pGraphics)
+{
+    ++nBackgroundPaints;
+    if (paintBackground)
+        paintBackground(pGraphics);
+}
+
+namespace {
+
+void SendMouse(TestHost& host, QEvent::Type type, QPoint pt, Qt::MouseButton button, Qt::MouseButtons buttons)
+{
+    QWidget* pNative = host.NativeWidget();
+    if (!pNative)
+        return;
+    QMouseEvent e(type, QPointF(pt), QPointF(pNative->mapToGlobal(pt)), button, buttons, Qt::NoModifier);
+    QApplication::sendEvent(pNative, &e);
+}
+
+int QtKeyOf(uint32_t vk)
+{
+    switch (vk) {
+    case VK_TAB:
+        return Qt::Key_Tab;
+    case VK_RETURN:
+        return Qt::Key_Return;
+    case VK_SPACE:
+        return Qt::Key_Space;
+    case VK_ESCAPE:
+        return Qt::Key_Escape;
+    default:
+        return static_cast<int>(vk);
+    }
+}
+
+} // namespace
+
+void TestHost::Press(QPoint pt)
+{
+    SendMouse(*this, QEvent::MouseButtonPress, pt, Qt::LeftButton, Qt::LeftButton);
+}
+
+void TestHost::Release(QPoint pt)
+{
+    SendMouse(*this, QEvent::MouseButtonRelease, pt, Qt::LeftButton, Qt::NoButton);
+}
+
+void TestHost::Move(QPoint pt)
+{
+    const bool bHeld = CQKHostWnd::GetCapture() == this;
+    SendMouse(*this, QEvent::MouseMove, pt, Qt::NoButton, bHeld ? Qt::LeftButton : Qt::NoButton);
+}
+
+void TestHost::Click(QPoint pt)
+{
+    Move(pt);
+    Press(pt);
+    Release(pt);
+}
+
+void TestHost::RightPress(QPoint pt)
+{
+    SendMouse(*this, QEvent::MouseButtonPress, pt, Qt::RightButton, Qt::RightButton);
+}
+
+void TestHost::RightRelease(QPoint pt)
+{
+    SendMouse(*this, QEvent::MouseButtonRelease, pt, Qt::RightButton, Qt::NoButton);
+}
+
+void TestHost::Leave()
+{
+    if (QWidget* pNative = NativeWidget()) {
+        QEvent e(QEvent::Leave);
+        QApplication::sendEvent(pNative, &e);
+    }
+}
+
+void TestHost::Wheel(QPoint pt, int delta)
+{
+    QWidget* pNative = NativeWidget();
+    if (!pNative)
+        return;
+    QWheelEvent e(QPointF(pt), QPointF(pNative->mapToGlobal(pt)), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(pNative, &e);
+}
+
+void TestHost::Key(uint32_t vk, bool bDown)
+{
+    QWidget* pNative = NativeWidget();
+    if (!pNative)
+        return;
+    QKeyEvent e(bDown ? QEvent::KeyPress : QEvent::KeyRelease, QtKeyOf(vk), Qt::NoModifier);
+    QApplication::sendEvent(pNative, &e);
+}
+
+QImage Solid(int w, int h, QColor c)
+{
+    QImage image(w, h, QImage::Format_ARGB32_Premultiplied);
+    image.fill(c);
+    return image;
+}
+
+QImage Strip(int fw, int h, const std::vector<QColor>& colours)
+{
+    QImage image(fw * static_cast<int>(colours.size()), h, QImage::Format_ARGB32_Premultiplied);
+    for (size_t i = 0; i < colours.size(); ++i) {
+        for (int y = 0; y < h; ++y) {
+            for (int x = 0; x < fw; ++x)
+                image.setPixelColor(static_cast<int>(i) * fw + x, y, colours[i]);
+        }
+    }
+    return image;
+}
+
+QColor PixelAt(const QImage& image, int x, int y)
+{
+    QColor c = image.pixelColor(x, y);
+    c.setAlpha(255);
+    return c;
+}
+
+int ColourDistance(QColor a, QColor b)
+{
+    return std::max({ std::abs(a.red() - b.red()), std::abs(a.green() - b.green()), std::abs(a.blue() - b.blue()) });
+}
+
+QColor FromBGR(uint32_t clr)
+{
+    return QColor(static_cast<int>(clr & 0xFF), static_cast<int>((clr >> 8) & 0xFF), static_cast<int>((clr >> 16) & 0xFF));
+}
+
+QRect BoxOf(const QImage& image, QColor c, int tolerance, QRect area)
+{
+    if (area.isNull())
+        area = image.rect();
+    area = area.intersected(image.rect());
+    int l = INT32_MAX, t = INT32_MAX, r = -1, b = -1;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (ColourDistance(PixelAt(image, x, y), c) <= tolerance) {
+                l = std::min(l, x);
+                t = std::min(t, y);
+                r = std::max(r, x);
+                b = std::max(b, y);
+            }
+        }
+    }
+    if (r < 0)
+        return QRect();
+    return QRect(QPoint(l, t), QPoint(r, b));
+}
+
+} // namespace toolkittest
