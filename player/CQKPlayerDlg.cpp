@@ -173,7 +173,7 @@ void CQKPlayerDlg::OnPaintBackground(CQKGraphics* pGraphics)
 {
     // The ground of the window, and the video area in black: the picture's bars are what the
     // video surface leaves uncovered. The frame and the title come with the frame painting.
-    pGraphics->Clear(QKArgb(g_clrFace, 255));
+    pGraphics->Clear(QKColorFromBGR(g_clrFace));
     pGraphics->FillRectangle(tagQKBrush::Solid(0xFF000000), m_rcVideo.x(), m_rcVideo.y(), m_rcVideo.width(), m_rcVideo.height());
 }
 

@@ -71,9 +71,11 @@ void CQKPlayerDlg::OnPlayPause()
         ApplyWindowSizeMode();
         ApplyDisplayRatio();
         m_bAudioOnly = 0;
-        m_wndPlay->Show(true);
+        if (m_wndPlay)
+            m_wndPlay->Show(true);
     } else {
-        m_wndPlay->Show(false);
+        if (m_wndPlay)
+            m_wndPlay->Show(false);
         m_bAudioOnly = 1;
         InvalidateRect(&m_rcVideo);
     }

@@ -117,8 +117,26 @@ ScreenProbe::~ScreenProbe()
 
 namespace {
 
+// The window's role (WM_WINDOW_ROLE), which the program sets to the window's class name.
+QByteArray WindowRole(Display* pDisplay, Window w)
+{
+    Atom type = 0;
+    int format = 0;
+    unsigned long nItems = 0;
+    unsigned long nAfter = 0;
+    unsigned char* pData = nullptr;
+    const Atom role = XInternAtom(pDisplay, "WM_WINDOW_ROLE", False);
+    if (XGetWindowProperty(pDisplay, w, role, 0, 256, False, AnyPropertyType, &type, &format, &nItems, &nAfter, &pData) != Success || !pData)
+        return QByteArray();
+    QByteArray value(reinterpret_cast<const char*>(pData), format == 8 ? static_cast<int>(nItems) : 0);
+    XFree(pData);
+    return value;
+}
+
 bool HasClass(Display* pDisplay, Window w, const QByteArray& name)
 {
+    if (WindowRole(pDisplay, w) == name)
+        return true;
     XClassHint hint { nullptr, nullptr };
     if (!XGetClassHint(pDisplay, w, &hint))
         return false;

@@ -53,7 +53,7 @@ public:
     ~ScreenProbe();
     bool IsOpen() const { return pDisplay != nullptr; }
 
-    // Mapped top-level windows whose class or instance name is strClass.
+    // Mapped top-level windows whose window role, class or instance name is strClass.
     std::vector<unsigned long> FindWindows(const QString& strClass) const;
     // Waits until exactly nCount such windows exist; returns them.
     std::vector<unsigned long> WaitForWindows(const QString& strClass, size_t nCount, int nTimeoutMs) const;

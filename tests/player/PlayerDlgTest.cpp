@@ -1,0 +1,175 @@
+// The main window's start-up reading and its playback control, with the real engine and no
+// picture (the window itself is not made: the engine then plays sound and time only).
+#include "engine/qkplay.h"
+#include "platform/QKAppFolder.h"
+#include "player/CQKPlayerApp.h"
+#include "player/CQKPlayerDlg.h"
+#include "player/CQKStartupList.h"
+#include "player/QKPlayerOptions.h"
+#include "support/TestMedia.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QThread>
+#include <gtest/gtest.h>
+
+using orbeltest::TestMedia;
+
+namespace {
+
+bool WaitFor(const std::function<bool()>& pred, int ms = 10000)
+{
+    QDeadlineTimer deadline(ms);
+    while (!pred() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(10);
+    }
+    return pred();
+}
+
+class PlayerDlgTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(dir.isValid());
+        ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("skin")));
+        QKSetAppFolderForTesting(dir.path());
+        QKPlayerOptions::ResetToDefaults();
+    }
+    void TearDown() override
+    {
+        qkplaydll_Stop();
+        QKSetAppFolderForTesting(QString());
+        QKPlayerOptions::ResetToDefaults();
+    }
+    // What a start with these arguments leaves for the player.
+    void HandOver(const QStringList& args)
+    {
+        CQKStartupList::Write(theApp.GetStartupFilePath(), args, QCoreApplication::applicationFilePath());
+    }
+
+    QTemporaryDir dir;
+};
+
+TEST_F(PlayerDlgTest, EveryRunStartsInTheDefaultDisplayRatio)
+{
+    QKPlayerOptions::dr = 5;
+    QKPlayerOptions::ds = 2;
+    CQKPlayerDlg dlg;
+    EXPECT_EQ(QKPlayerOptions::dr, 0);
+    EXPECT_EQ(QKPlayerOptions::ds, 2);
+    EXPECT_TRUE(dlg.m_strMediaPath.isEmpty());
+    EXPECT_TRUE(dlg.m_arrFiles.isEmpty());
+    EXPECT_EQ(dlg.m_bHasVideo, 1);
+    EXPECT_EQ(dlg.m_rcVideo, QRect(0, 0, 856, 480));
+}
+
+TEST_F(PlayerDlgTest, StartupListPlaysTheFirstPlayableFileAndQueuesTheRest)
+{
+    const QString video = TestMedia::VideoWithSound(30.0);
+    const QString sound = TestMedia::SoundOnly(1.0);
+    const QString noise = TestMedia::RandomBytes();
+    const QString folder = TestMedia::FolderNamedLikeMedia();
+    ASSERT_FALSE(video.isEmpty());
+    CQKPlayerDlg dlg;
+    HandOver({ noise, folder, video, sound });
+    theApp.ReadStartupFiles(dlg);
+    EXPECT_EQ(dlg.m_arrFiles, (QStringList { video, sound }));
+    EXPECT_EQ(dlg.m_strMediaPath, video);
+    EXPECT_EQ(dlg.m_bHasVideo, 1);
+    EXPECT_EQ(dlg.m_nVideoWidth, 160);
+    EXPECT_EQ(dlg.m_nVideoHeight, 120);
+    EXPECT_NEAR(dlg.m_dDuration, 30.0, 0.5);
+    EXPECT_EQ(dlg.m_bInfoLoaded, 0);
+    EXPECT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() != 0; }));
+
+    // A later start without files empties the queue, but what plays goes on.
+    HandOver({});
+    theApp.ReadStartupFiles(dlg);
+    EXPECT_TRUE(dlg.m_arrFiles.isEmpty());
+    EXPECT_TRUE(dlg.m_strMediaPath.isEmpty());
+    EXPECT_NE(qkplaydll_IsReady(), 0);
+
+    // Play with no current file starts nothing and stops nothing.
+    dlg.OnPlayPause();
+    EXPECT_NE(qkplaydll_IsPlaying(), 0);
+    dlg.OnStop();
+    EXPECT_EQ(qkplaydll_IsReady(), 0);
+}
+
+TEST_F(PlayerDlgTest, ListWithoutPlayableFilesEndsEmptyAndStartsNothing)
+{
+    const QString noise = TestMedia::RandomBytes();
+    const QString empty = TestMedia::ZeroBytes();
+    CQKPlayerDlg dlg;
+    dlg.m_arrFiles = QStringList { QStringLiteral("old") };
+    HandOver({ noise, empty });
+    theApp.ReadStartupFiles(dlg);
+    EXPECT_TRUE(dlg.m_arrFiles.isEmpty());
+    EXPECT_TRUE(dlg.m_strMediaPath.isEmpty());
+    EXPECT_EQ(dlg.m_bHasVideo, 0);
+    QThread::msleep(200);
+    EXPECT_EQ(qkplaydll_IsReady(), 0);
+}
+
+TEST_F(PlayerDlgTest, MissingOrBrokenListChangesNothing)
+{
+    CQKPlayerDlg dlg;
+    dlg.m_arrFiles = QStringList { QStringLiteral("a"), QStringLiteral("b") };
+    dlg.m_strMediaPath = QStringLiteral("a");
+    theApp.ReadStartupFiles(dlg);
+    QFile f(theApp.GetStartupFilePath());
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write("\xFF\xFE<\0s\0", 6);
+    f.close();
+    theApp.ReadStartupFiles(dlg);
+    EXPECT_EQ(dlg.m_arrFiles, (QStringList { QStringLiteral("a"), QStringLiteral("b") }));
+    EXPECT_EQ(dlg.m_strMediaPath, QStringLiteral("a"));
+}
+
+TEST_F(PlayerDlgTest, PlayPausesAndResumesAndStopRestartsFromTheStart)
+{
+    const QString video = TestMedia::VideoWithSound(30.0);
+    CQKPlayerDlg dlg;
+    HandOver({ video });
+    theApp.ReadStartupFiles(dlg);
+    ASSERT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() != 0; }));
+    dlg.OnPlayPause();
+    EXPECT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() == 0 && qkplaydll_IsReady() != 0; }));
+    dlg.OnPlayPause();
+    EXPECT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() != 0; }));
+    dlg.OnStop();
+    EXPECT_EQ(qkplaydll_IsReady(), 0);
+    // Stop keeps the file and the queue: Play starts the same file again, asking for its facts.
+    EXPECT_EQ(dlg.m_strMediaPath, video);
+    dlg.m_nVideoWidth = 0;
+    dlg.OnPlayPause();
+    EXPECT_EQ(dlg.m_nVideoWidth, 160);
+    EXPECT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() != 0; }));
+    EXPECT_LT(qkplaydll_getCurrentPos(), 5.0);
+    // A second Play before the engine is ready would have left a thread running; repeated
+    // quick starts end with one playback that a single stop ends.
+    dlg.OnStop();
+    for (int i = 0; i < 5; ++i)
+        dlg.OnPlayPause();
+    dlg.OnStop();
+    EXPECT_EQ(qkplaydll_IsReady(), 0);
+}
+
+TEST_F(PlayerDlgTest, SoundOnlyFileTakesTheAudioWay)
+{
+    const QString sound = TestMedia::SoundWithCover(5.0);
+    CQKPlayerDlg dlg;
+    HandOver({ sound });
+    theApp.ReadStartupFiles(dlg);
+    EXPECT_EQ(dlg.m_bHasVideo, 0);
+    EXPECT_EQ(dlg.m_bAudioOnly, 1);
+    EXPECT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() != 0; }));
+    dlg.OnStop();
+    EXPECT_EQ(dlg.m_bAudioOnly, 0);
+}
+
+} // namespace
