@@ -18,9 +18,12 @@ CQKUIHostWnd::~CQKUIHostWnd()
 
 void CQKUIHostWnd::OnCreate()
 {
-    // A host made again after its window was destroyed gets a fresh manager.
+    // A host made again after its window was destroyed gets a fresh manager. The manager
+    // knows its window from now on, so that controls made in code before or without a skin
+    // have a host to paint on.
     if (!pUIManager)
         pUIManager = std::make_unique<CQKUIManager>();
+    pUIManager->hWndHost = this;
 }
 
 void CQKUIHostWnd::OnPaintBackground(CQKGraphics* /*pGraphics*/) { }

@@ -10,6 +10,7 @@
 #include "toolkit/QKFonts.h"
 #include "toolkit/QKTheme.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace toolkittest;
@@ -343,28 +344,76 @@ TEST_F(ButtonTest, GlyphFaceIsCentredAndColouredByState)
     SetFaceColours();
     button->SetFace(10); // a 14 by 14 square outline
     button->MoveTo(0, 0, 40, 40, 0);
-    QImage normal = PaintAlone(*button);
-    const QRect box = BoxOf(normal, QColor(0, 200, 0), 60);
+    // Smoothed one-pixel strokes come out at partial strength: pixels are told apart by the
+    // channel that carries the colour.
+    auto green = [](QColor c) { return c.green() > 60 && c.red() < 20 && c.blue() < 20; };
+    auto blue = [](QColor c) { return c.blue() > 60 && c.red() < 20 && c.green() < 20; };
+    const QRect box = BoxWhere(PaintAlone(*button), green);
     ASSERT_FALSE(box.isEmpty());
     EXPECT_NEAR(box.center().x(), 20, 1);
     EXPECT_NEAR(box.center().y(), 20, 1);
-    EXPECT_NEAR(box.width(), 16, 2);
+    EXPECT_NEAR(box.width(), 15, 2);
+    EXPECT_EQ(BoxWhere(PaintAlone(*button), blue), QRect()) << "no hover colour in the normal state";
 
     button->nState = 1;
-    const QRect hover = BoxOf(PaintAlone(*button), QColor(0, 0, 250), 60);
-    EXPECT_EQ(hover, box);
+    const QImage hover = PaintAlone(*button);
+    EXPECT_EQ(BoxWhere(hover, blue), box);
+    EXPECT_EQ(BoxWhere(hover, green), QRect());
 
     button->nState = 2;
-    const QRect down = BoxOf(PaintAlone(*button), QColor(0, 0, 230), 40);
-    EXPECT_EQ(down, box.translated(1, 1)) << "a pressed face moves one pixel right and down";
+    const QImage down = PaintAlone(*button);
+    EXPECT_EQ(BoxWhere(down, blue), box.translated(1, 1)) << "a pressed face moves one pixel right and down";
+    // The strength of a smoothed stroke is the same in both states, so the pressed one is
+    // the darker by the darkening's share.
+    int nHoverMax = 0, nDownMax = 0;
+    for (int y = 0; y < 40; ++y) {
+        for (int x = 0; x < 40; ++x) {
+            nHoverMax = std::max(nHoverMax, PixelAt(hover, x, y).blue());
+            nDownMax = std::max(nDownMax, PixelAt(down, x, y).blue());
+        }
+    }
+    EXPECT_LT(nDownMax, nHoverMax - 8);
 
-    // Disabled: the midpoint of start and end at alpha 100 over black.
+    // Disabled: the midpoint of start and end, red and green alike here, at alpha 100.
     g_UIColors.clrFaceEnd = RGB(200, 0, 0);
-    button->nState = 0;
+    button->nState = 1;
     button->bEnabled = 0;
-    QImage disabled = PaintAlone(*button);
-    const QColor mid(100 * 100 / 255, 100 * 100 / 255, 0);
-    EXPECT_EQ(BoxOf(disabled, mid, 12), box);
+    const QImage disabled = PaintAlone(*button);
+    auto olive = [](QColor c) { return c.red() > 15 && std::abs(c.red() - c.green()) < 8 && c.blue() < 5; };
+    EXPECT_EQ(BoxWhere(disabled, olive), box);
+    EXPECT_EQ(BoxWhere(disabled, blue), QRect());
+    int nBrightest = 0;
+    for (int x = 0; x < 40; ++x)
+        nBrightest = std::max(nBrightest, PixelAt(disabled, x, 20).red());
+    EXPECT_LE(nBrightest, 100 * 100 / 255 + 2) << "at alpha 100";
+}
+
+TEST_F(ButtonTest, FilledFaceShowsTheExactStateColours)
+{
+    SetFaceColours();
+    auto* face = new tagQKFace();
+    face->layers[2].bFill = 1;
+    face->layers[2].pPath = std::make_unique<CQKGraphicsPath>();
+    face->layers[2].pPath->AddRectangle(QRectF(0, 0, 10, 10));
+    button->AddFace(face, true);
+    button->MoveTo(0, 0, 30, 30, 0);
+    EXPECT_EQ(PixelAt(PaintAlone(*button), 15, 15), QColor(0, 200, 0));
+    EXPECT_EQ(BoxOf(PaintAlone(*button), QColor(0, 200, 0), 0), QRect(10, 10, 10, 10)) << "centred";
+    button->nState = 1;
+    EXPECT_EQ(PixelAt(PaintAlone(*button), 15, 15), QColor(0, 0, 250));
+    button->nState = 2;
+    EXPECT_EQ(PixelAt(PaintAlone(*button), 15, 15), QColor(0, 0, 230)) << "hover darkened by 20";
+    EXPECT_EQ(BoxOf(PaintAlone(*button), QColor(0, 0, 230), 0), QRect(11, 11, 10, 10));
+    button->nState = 5;
+    EXPECT_EQ(PixelAt(PaintAlone(*button), 15, 15), QColor(0, 200, 0)) << "other states use the end colour";
+    g_UIColors.clrFaceEnd = RGB(200, 100, 0);
+    g_UIColors.clrFaceStartB = RGB(0, 0, 200);
+    button->bEnabled = 0;
+    // The midpoint (100, 50, 100) at alpha 100 over black.
+    EXPECT_LE(ColourDistance(PixelAt(PaintAlone(*button), 15, 15), QColor(39, 20, 39)), 1);
+    // A null face changes nothing.
+    button->AddFace(nullptr, true);
+    EXPECT_EQ(button->vecFaces.size(), 1u);
 }
 
 TEST_F(ButtonTest, NormalFaceRunsFromStartColourToEndColour)

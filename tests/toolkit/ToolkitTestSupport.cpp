@@ -233,6 +233,18 @@ QColor FromBGR(uint32_t clr)
     return QColor(static_cast<int>(clr & 0xFF), static_cast<int>((clr >> 8) & 0xFF), static_cast<int>((clr >> 16) & 0xFF));
 }
 
+QRect BoxWhere(const QImage& image, const std::function<bool(QColor)>& test)
+{
+    QRect box;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (test(PixelAt(image, x, y)))
+                box |= QRect(x, y, 1, 1);
+        }
+    }
+    return box;
+}
+
 QRect BoxOf(const QImage& image, QColor c, int tolerance, QRect area)
 {
     if (area.isNull())

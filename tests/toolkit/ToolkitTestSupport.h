@@ -92,5 +92,7 @@ int ColourDistance(QColor a, QColor b);
 QColor FromBGR(uint32_t clr);
 // The bounding box of pixels near `c` (within `tolerance`) inside `area`; empty if none.
 QRect BoxOf(const QImage& image, QColor c, int tolerance, QRect area = QRect());
+// The bounding box of pixels for which `test` holds; empty if none.
+QRect BoxWhere(const QImage& image, const std::function<bool(QColor)>& test);
 
 } // namespace toolkittest

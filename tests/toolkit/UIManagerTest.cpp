@@ -320,9 +320,11 @@ TEST_F(ManagerTest, PaintAllComposesBackgroundHostLayerAndControlsInOrder)
     Probe* second = Add(2, 0, QRect(45, 45, 10, 10));
     second->SetImage(&white);
     Add(3, 99, QRect(0, 0, 200, 100))->SetImage(&green); // a kind past the table is not painted
+    TestHost::Pump();
+    const int nBefore = host.nBackgroundPaints;
     M().PaintAll();
     const QImage& screen = host.HostImage();
-    EXPECT_EQ(host.nBackgroundPaints, 1);
+    EXPECT_EQ(host.nBackgroundPaints, nBefore + 1) << "message 1924 once per composition";
     EXPECT_EQ(PixelAt(screen, 150, 50), QColor(Qt::red)) << "the background picture, stretched";
     EXPECT_EQ(PixelAt(screen, 20, 20), QColor(Qt::blue)) << "the host's own layer over it";
     EXPECT_EQ(PixelAt(screen, 42, 42), QColor(Qt::green));
@@ -333,7 +335,7 @@ TEST_F(ManagerTest, PaintAllComposesBackgroundHostLayerAndControlsInOrder)
     EXPECT_EQ(bitmap->size(), QSize(200, 100));
     EXPECT_EQ(PixelAt(*bitmap, 47, 47), QColor(Qt::white));
     EXPECT_EQ(PixelAt(*bitmap, 150, 50), QColor(Qt::red));
-    EXPECT_EQ(host.nBackgroundPaints, 2);
+    EXPECT_EQ(host.nBackgroundPaints, nBefore + 2);
 }
 
 TEST_F(ManagerTest, PaintAllWithoutBackgroundUsesTheGroundAndIgnoresADeadHost)
