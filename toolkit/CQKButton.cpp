@@ -47,6 +47,11 @@ void CQKButton::LoadImage(const QString& path)
     pImage.reset();
     if (!QFileInfo::exists(path))
         return;
+    // A device or a pipe under a picture's name is no picture, and reading it might not end.
+    if (!QFileInfo(path).isFile()) {
+        pImage = std::make_unique<QImage>();
+        return;
+    }
     // A file that exists but does not decode leaves a null picture, which paints nothing.
     QImage loaded(path);
     pImage = std::make_unique<QImage>(loaded.isNull() ? QImage() : loaded.convertToFormat(QImage::Format_ARGB32_Premultiplied));

@@ -7,6 +7,7 @@
 #include "platform/QKAppFolder.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QStringDecoder>
 #include <algorithm>
@@ -121,7 +122,11 @@ std::unique_ptr<QImage> QKLoadSkinPicture(const QString& relativePath)
     QString rel = relativePath;
     rel.replace(QLatin1Char('\\'), QLatin1Char('/'));
     auto pImage = std::make_unique<QImage>();
-    QImage loaded(QKAppFolder() + rel);
+    // Only plain files are pictures: a name that leads to a device or a pipe would never end.
+    const QString path = QKAppFolder() + rel;
+    if (!QFileInfo(path).isFile())
+        return pImage;
+    QImage loaded(path);
     if (!loaded.isNull())
         *pImage = loaded.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     return pImage;
@@ -136,7 +141,7 @@ bool CQKSkinReader::ReadFile(const QString& path)
 {
     // The file is read by us and parsed from memory, so that a path in any encoding works.
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return false;
     const QByteArray data = file.readAll();
     return ReadText(data.constData(), static_cast<size_t>(data.size()));
