@@ -6,11 +6,13 @@
 
 #include <QChildEvent>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QStyleHints>
 #include <QTimerEvent>
 #include <QUrl>
 #include <QWheelEvent>
@@ -199,12 +201,32 @@ void CQKHostWidget::DeliverMouse(uint32_t msg, QMouseEvent* e)
     pHost->OnMouseMessage(msg, pt, MouseKeys(e->buttons(), e->modifiers()));
 }
 
+// Qt reports the second press of a double click as a press followed by a double click; the
+// host gets the double click instead of that press. So the press itself is judged by Qt's
+// own rules (same button, within the interval and the distance), and a third quick press
+// starts over with a plain press.
+bool CQKHostWidget::IsSecondClick(const QMouseEvent* e)
+{
+    const uint64_t t = e->timestamp();
+    const QPoint pt = e->globalPosition().toPoint();
+    const QStyleHints* hints = QGuiApplication::styleHints();
+    const bool bDouble = !bLastWasDouble && e->button() == nLastButton && t >= nLastPressTime
+        && t - nLastPressTime < static_cast<uint64_t>(hints->mouseDoubleClickInterval())
+        && (pt - ptLastPress).manhattanLength() <= hints->mouseDoubleClickDistance();
+    nLastPressTime = t;
+    ptLastPress = pt;
+    nLastButton = e->button();
+    bLastWasDouble = bDouble;
+    return bDouble;
+}
+
 void CQKHostWidget::mousePressEvent(QMouseEvent* e)
 {
+    const bool bDouble = IsSecondClick(e);
     if (e->button() == Qt::LeftButton)
-        DeliverMouse(WM_LBUTTONDOWN, e);
+        DeliverMouse(bDouble ? WM_LBUTTONDBLCLK : WM_LBUTTONDOWN, e);
     else if (e->button() == Qt::RightButton)
-        DeliverMouse(WM_RBUTTONDOWN, e);
+        DeliverMouse(bDouble ? WM_RBUTTONDBLCLK : WM_RBUTTONDOWN, e);
     else if (e->button() == Qt::MiddleButton)
         DeliverMouse(WM_MBUTTONDOWN, e);
 }
@@ -219,13 +241,9 @@ void CQKHostWidget::mouseReleaseEvent(QMouseEvent* e)
         DeliverMouse(WM_MBUTTONUP, e);
 }
 
-void CQKHostWidget::mouseDoubleClickEvent(QMouseEvent* e)
+void CQKHostWidget::mouseDoubleClickEvent(QMouseEvent*)
 {
-    // The second press of a double click arrives as the double click alone.
-    if (e->button() == Qt::LeftButton)
-        DeliverMouse(WM_LBUTTONDBLCLK, e);
-    else if (e->button() == Qt::RightButton)
-        DeliverMouse(WM_RBUTTONDBLCLK, e);
+    // Told at the press already (IsSecondClick).
 }
 
 void CQKHostWidget::mouseMoveEvent(QMouseEvent* e)
@@ -285,6 +303,7 @@ bool CQKHostWidget::eventFilter(QObject* obj, QEvent* e)
 {
     if ((e->type() == QEvent::KeyPress || e->type() == QEvent::KeyRelease) && obj->isWidgetType() && !static_cast<QWidget*>(obj)->isWindow()) {
         ++nEventDepth;
+        pChildKey = e;
         const bool bTaken = HandleKey(static_cast<QKeyEvent*>(e), true);
         --nEventDepth;
         return bTaken;
@@ -301,6 +320,12 @@ bool CQKHostWidget::event(QEvent* e)
     switch (e->type()) {
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
+        if (e == pChildKey) {
+            // A key an edit field did not want; as with the system's edit fields, the
+            // window around it does not see it as its own.
+            pChildKey = nullptr;
+            break;
+        }
         // Tab is a key like any other here, not a move of Qt's focus chain.
         if (!HandleKey(static_cast<QKeyEvent*>(e), false))
             e->ignore();

@@ -62,6 +62,7 @@ protected:
 
 private:
     void DeliverMouse(uint32_t msg, QMouseEvent* e);
+    bool IsSecondClick(const QMouseEvent* e);
     bool HandleKey(QKeyEvent* e, bool bChild);
 
     CQKHostWnd* pHost { nullptr };
@@ -69,6 +70,14 @@ private:
     bool bTracking { false }; // the pointer is inside and a leave will be reported
     bool bBlitting { false }; // a repaint only to show pixels the host already composed
     bool bInPaint { false };
+    // The last key event a child got through the filter: if the child leaves it, Qt passes
+    // the same event up to this widget, where it is no key of the host's own.
+    const QEvent* pChildKey { nullptr };
     QRegion rgnInvalid; // what InvalidateRect marked and no OnPaint has served yet
     std::map<uint32_t, int> mapTimers; // timer number -> Qt timer id
+    // The last press, to tell a double click at the press itself.
+    uint64_t nLastPressTime { 0 };
+    QPoint ptLastPress;
+    Qt::MouseButton nLastButton { Qt::NoButton };
+    bool bLastWasDouble { false };
 };

@@ -1,0 +1,397 @@
+// Pixels painted by the painting facade: fills, outlines, smoothing, clips, gradients,
+// pictures at an alpha, pen caps and dashes.
+#include "platform/CQKGraphics.h"
+
+#include <QColor>
+#include <QImage>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr QKARGB kRed = 0xFFFF0000;
+constexpr QKARGB kBlue = 0xFF0000FF;
+constexpr QKARGB kWhite = 0xFFFFFFFF;
+constexpr QKARGB kBlack = 0xFF000000;
+
+QImage Canvas(int w, int h, QKARGB fill = 0)
+{
+    QImage img(w, h, QImage::Format_ARGB32_Premultiplied);
+    img.fill(fill);
+    return img;
+}
+
+QColor At(const QImage& img, int x, int y)
+{
+    return QColor::fromRgba(img.pixel(x, y));
+}
+
+int Alpha(const QImage& img, int x, int y)
+{
+    return qAlpha(img.pixel(x, y));
+}
+
+// Counts pixels whose alpha is neither 0 nor 255: the soft edge of smoothing.
+int PartialPixels(const QImage& img)
+{
+    int n = 0;
+    for (int y = 0; y < img.height(); ++y)
+        for (int x = 0; x < img.width(); ++x) {
+            const int a = Alpha(img, x, y);
+            n += (a != 0 && a != 255) ? 1 : 0;
+        }
+    return n;
+}
+
+} // namespace
+
+TEST(GraphicsTest, IntegerRectangleFillCoversExactlyItsPixels)
+{
+    QImage img = Canvas(20, 20);
+    {
+        CQKGraphics g(img);
+        g.FillRectangle(tagQKBrush::Solid(kRed), 2, 3, 4, 5);
+    }
+    EXPECT_EQ(img.pixel(2, 3), kRed);
+    EXPECT_EQ(img.pixel(5, 7), kRed);
+    EXPECT_EQ(Alpha(img, 6, 3), 0);
+    EXPECT_EQ(Alpha(img, 2, 8), 0);
+    EXPECT_EQ(Alpha(img, 1, 3), 0);
+    EXPECT_EQ(Alpha(img, 2, 2), 0);
+}
+
+TEST(GraphicsTest, OnePixelOutlineTakesTheOuterRingOfItsBox)
+{
+    QImage img = Canvas(10, 8);
+    {
+        CQKGraphics g(img);
+        tagQKPen pen;
+        pen.clr = kBlue;
+        g.DrawRectangle(pen, 0, 0, 9, 7);
+    }
+    EXPECT_EQ(img.pixel(0, 0), kBlue);
+    EXPECT_EQ(img.pixel(9, 7), kBlue);
+    EXPECT_EQ(img.pixel(9, 0), kBlue);
+    EXPECT_EQ(img.pixel(4, 7), kBlue);
+    EXPECT_EQ(Alpha(img, 1, 1), 0);
+    EXPECT_EQ(Alpha(img, 8, 6), 0);
+}
+
+TEST(GraphicsTest, SmoothingModesTwoAndFourSoftenEdgesOthersDoNot)
+{
+    for (int mode : { 0, 1, 2, 3, 4 }) {
+        QImage img = Canvas(30, 30);
+        {
+            CQKGraphics g(img);
+            g.SetSmoothingMode(mode);
+            g.FillEllipse(tagQKBrush::Solid(kBlack), QRectF(3, 3, 23, 19));
+            tagQKPen pen;
+            g.DrawLine(pen, 0, 29, 29, 5);
+        }
+        const bool bSmooth = mode == 2 || mode == 4;
+        if (bSmooth)
+            EXPECT_GT(PartialPixels(img), 10) << "mode " << mode;
+        else
+            EXPECT_EQ(PartialPixels(img), 0) << "mode " << mode;
+    }
+}
+
+TEST(GraphicsTest, ClipCombineModesLimitWhereFillsLand)
+{
+    QImage img = Canvas(20, 20);
+    {
+        CQKGraphics g(img);
+        // Exclude alone: everything but the hole.
+        g.SetClipRect(QRectF(5, 5, 10, 10), QKCombineExclude);
+        g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 20, 20);
+    }
+    EXPECT_EQ(img.pixel(0, 0), kRed);
+    EXPECT_EQ(img.pixel(19, 19), kRed);
+    EXPECT_EQ(img.pixel(4, 10), kRed);
+    EXPECT_EQ(Alpha(img, 5, 5), 0);
+    EXPECT_EQ(Alpha(img, 14, 14), 0);
+
+    img = Canvas(20, 20);
+    {
+        CQKGraphics g(img);
+        // Replace, then exclude a part of it, then reset: the last fill reaches everything.
+        g.SetClipRect(QRectF(0, 0, 10, 10));
+        g.SetClipRect(QRectF(5, 5, 10, 10), QKCombineExclude);
+        g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 20, 20);
+        EXPECT_TRUE(g.HasClip());
+        g.ResetClip();
+        EXPECT_FALSE(g.HasClip());
+        g.FillRectangle(tagQKBrush::Solid(kBlue), 15, 15, 5, 5);
+    }
+    EXPECT_EQ(img.pixel(2, 2), kRed);
+    EXPECT_EQ(img.pixel(8, 2), kRed);
+    EXPECT_EQ(Alpha(img, 7, 7), 0);
+    EXPECT_EQ(Alpha(img, 12, 2), 0);
+    EXPECT_EQ(img.pixel(17, 17), kBlue);
+
+    img = Canvas(20, 20);
+    {
+        CQKGraphics g(img);
+        g.SetClipRect(QRectF(0, 0, 10, 10));
+        g.SetClipRect(QRectF(5, 5, 10, 10), QKCombineIntersect);
+        g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 20, 20);
+    }
+    EXPECT_EQ(img.pixel(7, 7), kRed);
+    EXPECT_EQ(Alpha(img, 2, 2), 0);
+    EXPECT_EQ(Alpha(img, 12, 12), 0);
+}
+
+TEST(GraphicsTest, ClipByPathExcludesAPlusShape)
+{
+    // The plus of the full-screen face: a cross-shaped hole in a stroked box.
+    CQKGraphicsPath plus;
+    plus.AddPolygon({ { 9, 3 }, { 15, 3 }, { 15, 9 }, { 22, 9 }, { 22, 15 }, { 15, 15 }, { 15, 22 }, { 9, 22 }, { 9, 15 }, { 3, 15 }, { 3, 9 }, { 9, 9 } });
+    QImage img = Canvas(25, 25);
+    {
+        CQKGraphics g(img);
+        g.SetClipPath(plus, QKCombineExclude);
+        g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 25, 25);
+    }
+    EXPECT_EQ(Alpha(img, 12, 12), 0); // centre of the plus
+    EXPECT_EQ(Alpha(img, 12, 5), 0); // its upper arm
+    EXPECT_EQ(img.pixel(5, 5), kRed); // between the arms
+    EXPECT_EQ(img.pixel(20, 20), kRed);
+}
+
+TEST(GraphicsTest, LinearGradientRunsFromStartToEndColour)
+{
+    QImage img = Canvas(101, 4);
+    {
+        CQKGraphics g(img);
+        g.FillRectangle(tagQKBrush::LinearRect(QRectF(0, 0, 101, 4), kRed, kBlue, QKGradientHorizontal), 0, 0, 101, 4);
+    }
+    EXPECT_GT(At(img, 0, 1).red(), 245);
+    EXPECT_LT(At(img, 0, 1).blue(), 10);
+    EXPECT_GT(At(img, 100, 1).blue(), 245);
+    EXPECT_LT(At(img, 100, 1).red(), 10);
+    EXPECT_NEAR(At(img, 50, 1).red(), 128, 8);
+    EXPECT_NEAR(At(img, 50, 1).blue(), 128, 8);
+
+    // Vertical: top to bottom, rows alike.
+    img = Canvas(4, 101);
+    {
+        CQKGraphics g(img);
+        g.FillRectangle(tagQKBrush::LinearRect(QRectF(0, 0, 4, 101), kWhite, kBlack, QKGradientVertical), 0, 0, 4, 101);
+    }
+    EXPECT_GT(At(img, 2, 0).red(), 245);
+    EXPECT_LT(At(img, 2, 100).red(), 10);
+    EXPECT_EQ(img.pixel(0, 60), img.pixel(3, 60));
+}
+
+TEST(GraphicsTest, GammaCorrectedGradientIsBrighterInTheMiddle)
+{
+    auto middle = [](bool bGamma) {
+        QImage img = Canvas(101, 2);
+        CQKGraphics g(img);
+        tagQKBrush b = tagQKBrush::Linear(QPointF(0, 0), QPointF(101, 0), kBlack, kWhite);
+        b.bGammaCorrection = bGamma;
+        g.FillRectangle(b, 0, 0, 101, 2);
+        return At(img, 50, 0).red();
+    };
+    const int plain = middle(false);
+    const int gamma = middle(true);
+    EXPECT_NEAR(plain, 128, 8);
+    // Half of the light of white is about 186 in stored values.
+    EXPECT_NEAR(gamma, 186, 10);
+}
+
+TEST(GraphicsTest, TiledGradientRepeatsBeyondItsRectangleAndClampDoesNot)
+{
+    auto fillWide = [](int nWrap) {
+        QImage img = Canvas(60, 2);
+        CQKGraphics g(img);
+        g.FillRectangle(tagQKBrush::Linear(QPointF(0, 0), QPointF(20, 0), kRed, kBlue, nWrap), 0, 0, 60, 2);
+        return img;
+    };
+    const QImage tiled = fillWide(QKWrapTile);
+    EXPECT_GT(At(tiled, 21, 0).red(), 200); // starts over after its length
+    const QImage clamped = fillWide(QKWrapClamp);
+    EXPECT_GT(At(clamped, 40, 0).blue(), 245);
+    EXPECT_LT(At(clamped, 40, 0).red(), 10);
+}
+
+TEST(GraphicsTest, PictureDrawsAtAlphaAndFromItsSourceRectangle)
+{
+    QImage src = Canvas(20, 10, kRed);
+    for (int y = 0; y < 10; ++y)
+        for (int x = 10; x < 20; ++x)
+            src.setPixel(x, y, 0xFF00FF00);
+
+    QImage img = Canvas(40, 40, kWhite);
+    {
+        CQKGraphics g(img);
+        // Half alpha over white.
+        g.DrawImage(src, QRectF(0, 0, 10, 10), QRectF(0, 0, 10, 10), 0.5f);
+        // The right half of the source, scaled up twice.
+        g.DrawImage(src, QRectF(20, 20, 20, 20), QRectF(10, 0, 10, 10));
+        // Alpha 0 draws nothing.
+        g.DrawImage(src, QRectF(0, 20, 10, 10), QRectF(0, 0, 10, 10), 0.0f);
+    }
+    const QColor half = At(img, 5, 5);
+    EXPECT_EQ(half.red(), 255);
+    EXPECT_NEAR(half.green(), 128, 3);
+    EXPECT_NEAR(half.blue(), 128, 3);
+    EXPECT_EQ(img.pixel(30, 30), 0xFF00FF00u);
+    EXPECT_EQ(img.pixel(21, 21), 0xFF00FF00u);
+    EXPECT_EQ(img.pixel(5, 25), kWhite);
+}
+
+TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePen)
+{
+    // The "next" face: a 7-pixel line ending in an arrow head at its end point.
+    QImage img = Canvas(25, 25);
+    {
+        CQKGraphics g(img);
+        g.SetSmoothingMode(QKSmoothingAntiAlias);
+        tagQKPen pen;
+        pen.fWidth = 7;
+        pen.nEndCap = QKLineCapArrowAnchor;
+        g.DrawLine(pen, 5, 12, 17, 12);
+    }
+    // The head's base is about twice the pen wide: far above the pen's own 8.5..15.5 band.
+    EXPECT_GT(Alpha(img, 6, 6), 128);
+    EXPECT_GT(Alpha(img, 6, 17), 128);
+    // The tip ends at the line's end point; nothing beyond it.
+    EXPECT_GT(Alpha(img, 15, 12), 128);
+    for (int x = 19; x < 25; ++x)
+        EXPECT_EQ(Alpha(img, x, 12), 0) << x;
+    // Towards the tip the head narrows below the pen width: the flat end of the stroke
+    // does not poke out of it.
+    EXPECT_EQ(Alpha(img, 16, 9), 0);
+
+    // Without the cap the same pen is a plain bar.
+    QImage bar = Canvas(25, 25);
+    {
+        CQKGraphics g(bar);
+        tagQKPen pen;
+        pen.fWidth = 7;
+        g.DrawLine(pen, 5, 12, 17, 12);
+    }
+    EXPECT_EQ(Alpha(bar, 6, 6), 0);
+    EXPECT_EQ(Alpha(bar, 16, 9), 255);
+}
+
+TEST(GraphicsTest, RoundCapsReachPastTheEndsAndFlatCapsDoNot)
+{
+    auto draw = [](int nCap) {
+        QImage img = Canvas(30, 20);
+        CQKGraphics g(img);
+        tagQKPen pen;
+        pen.fWidth = 6;
+        pen.nStartCap = pen.nEndCap = nCap;
+        g.DrawLine(pen, 10, 10, 20, 10);
+        return img;
+    };
+    const QImage flat = draw(QKLineCapFlat);
+    const QImage round = draw(QKLineCapRound);
+    EXPECT_EQ(Alpha(flat, 8, 10), 0);
+    EXPECT_EQ(Alpha(flat, 21, 10), 0);
+    EXPECT_EQ(Alpha(round, 8, 10), 255);
+    EXPECT_EQ(Alpha(round, 21, 10), 255);
+}
+
+TEST(GraphicsTest, DashStylesLeaveGaps)
+{
+    auto runs = [](int nDash) {
+        QImage img = Canvas(100, 5);
+        CQKGraphics g(img);
+        tagQKPen pen;
+        pen.fWidth = 2;
+        pen.nDashStyle = nDash;
+        g.DrawLine(pen, 0, 2, 100, 2);
+        int changes = 0;
+        for (int x = 1; x < 100; ++x)
+            changes += (Alpha(img, x, 2) > 0) != (Alpha(img, x - 1, 2) > 0) ? 1 : 0;
+        return changes;
+    };
+    EXPECT_EQ(runs(QKDashSolid), 0);
+    EXPECT_GT(runs(QKDashDash), 10);
+    EXPECT_GT(runs(QKDashDot), runs(QKDashDash));
+}
+
+TEST(GraphicsTest, GradientPenPaintsWithItsBrush)
+{
+    QImage img = Canvas(50, 10);
+    {
+        CQKGraphics g(img);
+        const tagQKBrush brush = tagQKBrush::Linear(QPointF(0, 0), QPointF(50, 0), kRed, kBlue, QKWrapClamp);
+        tagQKPen pen;
+        pen.fWidth = 4;
+        pen.pBrush = &brush;
+        g.DrawLine(pen, 0, 5, 50, 5);
+    }
+    EXPECT_GT(At(img, 1, 5).red(), 230);
+    EXPECT_GT(At(img, 48, 5).blue(), 230);
+}
+
+TEST(GraphicsTest, TranslateMovesDrawingButClipStaysInPicturePixels)
+{
+    QImage img = Canvas(20, 20);
+    {
+        CQKGraphics g(img);
+        g.SetClipRect(QRectF(0, 0, 10, 20));
+        g.TranslateTransform(5, 0);
+        g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 10, 10);
+        // A clip set while translated is moved with the drawing.
+        g.SetClipRect(QRectF(0, 10, 2, 10), QKCombineUnion);
+        g.FillRectangle(tagQKBrush::Solid(kBlue), -5, 10, 20, 10);
+    }
+    EXPECT_EQ(Alpha(img, 2, 2), 0); // left of the moved fill
+    EXPECT_EQ(img.pixel(6, 2), kRed);
+    EXPECT_EQ(Alpha(img, 12, 2), 0); // cut by the clip at 10
+    EXPECT_EQ(img.pixel(6, 15), kBlue); // inside the first clip
+    EXPECT_EQ(Alpha(img, 12, 15), 0); // outside both clips (the second is 5..7)
+}
+
+TEST(GraphicsTest, SaveAndRestoreBringBackSmoothingAndClip)
+{
+    QImage img = Canvas(20, 20);
+    CQKGraphics g(img);
+    g.SetSmoothingMode(QKSmoothingAntiAlias);
+    g.Save();
+    g.SetSmoothingMode(QKSmoothingNone);
+    g.SetClipRect(QRectF(0, 0, 5, 5));
+    g.Restore();
+    EXPECT_EQ(g.GetSmoothingMode(), QKSmoothingAntiAlias);
+    EXPECT_FALSE(g.HasClip());
+    g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 20, 20);
+    EXPECT_EQ(img.pixel(15, 15), kRed);
+}
+
+TEST(GraphicsTest, BadArgumentsKeepAStatusAndPaintNothing)
+{
+    QImage img = Canvas(10, 10);
+    CQKGraphics g(img);
+    EXPECT_EQ(g.SetSmoothingMode(9), QKStatusInvalidParameter);
+    EXPECT_EQ(g.LastStatus(), QKStatusInvalidParameter);
+    EXPECT_EQ(g.FillRectangle(tagQKBrush::Solid(kRed), QRectF(0, 0, -3, 4)), QKStatusInvalidParameter);
+    EXPECT_EQ(g.FillPolygon(tagQKBrush::Solid(kRed), { { 0, 0 }, { 5, 5 } }), QKStatusInvalidParameter);
+    EXPECT_EQ(g.DrawImage(QImage(), QPointF(0, 0)), QKStatusInvalidParameter);
+    EXPECT_EQ(g.SetClipRect(QRectF(0, 0, 1, 1), 17), QKStatusInvalidParameter);
+    EXPECT_EQ(Alpha(img, 0, 0), 0);
+    EXPECT_EQ(g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 1, 1), QKStatusOk);
+
+    // A null picture gives a painter that does nothing rather than a crash.
+    QImage none;
+    CQKGraphics gNone(none);
+    EXPECT_EQ(gNone.LastStatus(), QKStatusGenericError);
+}
+
+TEST(GraphicsTest, ColoursOfTheDataFilesBecomeArgb)
+{
+    EXPECT_EQ(QKColorFromBGR(0x00112233), 0xFF332211u);
+    EXPECT_EQ(QKColorFromBGR(0x00112233, 100), 0x64332211u);
+    EXPECT_EQ(QKBGRFromARGB(0x64332211), 0x00112233u);
+    EXPECT_EQ(QKMakeARGB(1, 2, 3, 4), 0x01020304u);
+    // Painted, the BGR colour comes out as the red, green and blue it names.
+    QImage img = Canvas(2, 2);
+    {
+        CQKGraphics g(img);
+        g.Clear(QKColorFromBGR(0x000080FF));
+    }
+    EXPECT_EQ(At(img, 1, 1), QColor(255, 128, 0));
+}
