@@ -80,6 +80,8 @@ TEST(XmlEncodingTest, UndecodableBytesCutTheTextSilently)
     // A sequence cut by the end of the file ends it the same way.
     ASSERT_TRUE(LoadBytes(doc, "\xEF\xBB\xBF<a/>\xE2\x82"));
     EXPECT_EQ(Body(doc), "<a/>\r\n");
+    ASSERT_TRUE(LoadBytes(doc, "\xEF\xBB\xBF<a/>\xC3"));
+    EXPECT_EQ(Body(doc), "<a/>\r\n");
 }
 
 TEST(XmlEncodingTest, InvalidUtf8WithoutMarkFails)

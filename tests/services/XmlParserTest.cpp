@@ -65,6 +65,7 @@ TEST(XmlParserTest, FailsOnlyOnTopLevelCloseShortDeclarationAndOpenElements)
     CQKXmlDocument doc;
     EXPECT_FALSE(LoadText(doc, u"</a>"));
     EXPECT_FALSE(LoadText(doc, u"<a/></a>"));
+    EXPECT_FALSE(LoadText(doc, u"</a><b/><c>x</c>")) << "the parse stops at once, with nothing to close";
     EXPECT_FALSE(LoadText(doc, u"<a>"));
     EXPECT_FALSE(LoadText(doc, u"<a><b>x</b>"));
     EXPECT_FALSE(LoadText(doc, u"<!x>"));
@@ -118,6 +119,12 @@ TEST(XmlParserTest, CommentsKeepTheirTextAndAllowTagsInside)
     EXPECT_EQ(U8(OnlyChild(*a)->GetName()), "x");
     EXPECT_EQ(U8(a->GetValue()), "") << "an element with a comment child has no text";
     EXPECT_EQ(U8(doc.NextChild(pos)->GetName()), "");
+
+    // The dashes of the opening "<!--" never count towards the closing "-->".
+    ASSERT_TRUE(LoadText(doc, u"<!-->x--><a/>"));
+    ASSERT_EQ(doc.GetChildCount(), 2);
+    EXPECT_EQ(U8(doc.FindChild(u">x")->GetName()), ">x");
+    EXPECT_EQ(doc.FindChild(u">x")->GetType(), CQKXmlNode::kTypeComment);
 }
 
 TEST(XmlParserTest, RawGreaterThanInsideQuotesEndsTheTag)
