@@ -463,6 +463,33 @@ TEST_F(ButtonTest, FaceKindsAndIndexChooseWhatIsDrawn)
     EXPECT_FALSE(BoxOf(PaintAlone(*button), Qt::red, 10).isEmpty());
 }
 
+TEST_F(ButtonTest, GlyphsHaveTheirOwnSizes)
+{
+    SetFaceColours();
+    button->MoveTo(0, 0, 40, 40, 0);
+    auto lit = [](QColor c) { return c.green() > 30; };
+    struct Case
+    {
+        int nKind;
+        QSize size; // the glyph's own extent plus its pen
+    } cases[] = { { 0, QSize(10, 10) }, { 1, QSize(11, 2) }, { 2, QSize(11, 11) }, { 3, QSize(14, 20) }, { 8, QSize(17, 17) },
+        { 10, QSize(15, 15) }, { 28, QSize(6, 14) }, { 29, QSize(6, 14) } };
+    for (const Case& c : cases) {
+        button->SetFace(c.nKind);
+        const QRect box = BoxWhere(PaintAlone(*button), lit);
+        EXPECT_NEAR(box.width(), c.size.width(), 2) << "kind " << c.nKind;
+        EXPECT_NEAR(box.height(), c.size.height(), 2) << "kind " << c.nKind;
+        EXPECT_NEAR(box.center().x(), 20, 1) << "kind " << c.nKind;
+        EXPECT_NEAR(box.center().y(), 20, 1) << "kind " << c.nKind;
+    }
+    // The arrows point opposite ways: "next" has its tip on the right.
+    button->SetFace(29);
+    const QImage next = PaintAlone(*button);
+    const QRect box = BoxWhere(next, lit);
+    EXPECT_GT(PixelAt(next, box.right() - 1, box.center().y()).green(), 30);
+    EXPECT_LT(PixelAt(next, box.left() + 1, box.center().y()).green(), 30);
+}
+
 TEST_F(ButtonTest, PaintFaceLeavesThePathsWhereTheyWere)
 {
     SetFaceColours();
