@@ -102,21 +102,3 @@ TEST(QKWideTextTest, Utf8ConversionKeepsEveryCharacterAndRepairsBrokenText)
     EXPECT_EQ(FromUtf8("\xED\xA0\x80"), u"\uFFFD") << "encoded surrogates are refused";
     EXPECT_EQ(ToUtf8(static_cast<const char16_t*>(nullptr)), "");
 }
-
-TEST(QKWideTextTest, CompareAndCopyAreExactAndNullSafe)
-{
-    EXPECT_TRUE(Equal(u"abc", u"abc"));
-    EXPECT_FALSE(Equal(u"abc", u"abC"));
-    EXPECT_FALSE(Equal(u"ab", u"abc"));
-    EXPECT_FALSE(Equal(u"abc", u"ab"));
-    EXPECT_TRUE(Equal(u"", u""));
-    EXPECT_FALSE(Equal(nullptr, u""));
-    EXPECT_FALSE(Equal(nullptr, nullptr));
-    EXPECT_EQ(Length(nullptr), 0u);
-    char16_t* p = Duplicate(u"xy\u4E2D");
-    EXPECT_EQ(std::u16string(p), u"xy\u4E2D");
-    delete[] p;
-    p = Duplicate(nullptr);
-    EXPECT_EQ(p[0], 0);
-    delete[] p;
-}

@@ -127,28 +127,3 @@ TEST(XmlRoundTripTest, GeneratedDocumentsReadBackTheSame)
         EXPECT_EQ(first, second) << "seed " << nSeed;
     }
 }
-
-TEST(XmlRoundTripTest, UpdatedAttributesMoveToTheEndAcrossSaves)
-{
-    // The order in a file is the order of last writing, as the options file shows it.
-    QTemporaryDir dir;
-    const QString path = dir.filePath("o.dat");
-    const std::u16string wpath = path.toStdU16String();
-    {
-        CQKXmlDocument doc;
-        CQKXmlNode* o = doc.AddChild(u"options", CQKXmlNode::kTypeElement);
-        o->AddIntAttribute(u"dr", 0);
-        o->AddIntAttribute(u"ds", 1);
-        o->AddBoolAttribute(u"bMute", false);
-        ASSERT_TRUE(doc.SaveFile(wpath.c_str()));
-    }
-    {
-        CQKXmlDocument doc;
-        ASSERT_TRUE(doc.LoadFile(wpath.c_str()));
-        doc.FindChild(u"options")->AddIntAttribute(u"dr", 5);
-        ASSERT_TRUE(doc.SaveFile(wpath.c_str()));
-    }
-    CQKXmlDocument doc;
-    ASSERT_TRUE(doc.LoadFile(wpath.c_str()));
-    EXPECT_EQ(xmltest::Body(doc), "<options ds=\"1\" bMute=\"false\" dr=\"5\"/>\r\n");
-}

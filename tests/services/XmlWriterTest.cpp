@@ -236,23 +236,29 @@ TEST(XmlWriterTest, LoadFileRefusesWhatIsNotAReadableFile)
     EXPECT_FALSE(doc.HasBuffer());
 }
 
-TEST(XmlWriterTest, LoadFileReadsEveryEncodingAndOddSizes)
+TEST(XmlWriterTest, PathsOutsideAsciiReachTheSystemAsUtf8)
 {
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QString::fromUtf8("r\xC3\xA9glages \xE4\xB8\xAD.dat"));
+    CQKXmlDocument doc;
+    doc.AddChild(u"b", CQKXmlNode::kTypeElement);
+    ASSERT_TRUE(doc.SaveFile(Path(path).c_str()));
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList { QString::fromUtf8("r\xC3\xA9glages \xE4\xB8\xAD.dat") });
+    CQKXmlDocument back;
+    ASSERT_TRUE(back.LoadFile(Path(path).c_str()));
+    EXPECT_NE(back.FindChild(u"b"), nullptr);
+}
+
+TEST(XmlWriterTest, LoadFileTakesOddSizesAndBothByteOrders)
+{
+    // A little-endian file is parsed in the block it was read into; a half unit at its end
+    // must neither be read as text nor leave the text without its end.
     QTemporaryDir dir;
     const QString path = dir.filePath("f.dat");
     CQKXmlDocument doc;
-    for (const std::string& bytes : { Utf16Le(u"<a v=\"1\"/>"), Utf16Le(u"<a v=\"1\"/>") + "x", xmltest::Utf16Be(u"<a v=\"1\"/>"),
-             std::string("\xEF\xBB\xBF<a v=\"1\"/>"), std::string("<a v=\"1\"/>") }) {
+    for (const std::string& bytes : { Utf16Le(u"<a v=\"1\">x</a>") + "<", Utf16Le(u"<a v=\"1\">x</a>"), xmltest::Utf16Be(u"<a v=\"1\">x</a>") + "<" }) {
         WriteAll(path, bytes);
         ASSERT_TRUE(doc.LoadFile(Path(path).c_str()));
-        EXPECT_EQ(doc.FindChild(u"a")->GetIntAttribute(u"v", 0), 1);
+        EXPECT_EQ(xmltest::Body(doc), "<a v=\"1\">x</a>\r\n");
     }
-    // Paths outside ASCII reach the system as UTF-8.
-    const QString wide = dir.filePath(QString::fromUtf8("r\xC3\xA9glages \xE4\xB8\xAD.dat"));
-    doc.AddChild(u"b", CQKXmlNode::kTypeElement);
-    ASSERT_TRUE(doc.SaveFile(Path(wide).c_str()));
-    EXPECT_TRUE(QFileInfo::exists(wide));
-    CQKXmlDocument back;
-    ASSERT_TRUE(back.LoadFile(Path(wide).c_str()));
-    EXPECT_NE(back.FindChild(u"b"), nullptr);
 }
