@@ -229,33 +229,41 @@ static double AnchorInset(int nCap, double w)
     return nCap == QKLineCapArrowAnchor ? w * std::sqrt(3.0) / 2.0 : 0.0;
 }
 
-void CQKGraphics::DrawArrowCap(const tagQKPen& pen, QPointF tip, QPointF from)
+void CQKGraphics::DrawAnchorCap(const tagQKPen& pen, int nCap, QPointF tip, QPointF from)
 {
     const double w = std::max(1.0f, pen.fWidth);
     const QPointF v = tip - from;
     const double len = std::hypot(v.x(), v.y());
     if (len <= 0)
         return;
-    const QPointF u = v / len; // along the line, towards the tip
+    const QPointF u = v / len; // along the line, towards its end
     const QPointF n(-u.y(), u.x());
-    QPolygonF shape;
-    switch (pen.nEndCap == QKLineCapArrowAnchor || pen.nStartCap == QKLineCapArrowAnchor ? QKLineCapArrowAnchor : 0) {
-    default: {
+    QPainterPath shape;
+    switch (nCap) {
+    case QKLineCapArrowAnchor: {
         // A triangle with its point on the line's end and sides of 4w/sqrt(3) at 30 degrees
         // to the line: twice the pen wide at its base, its base a little more than the pen
         // width behind the tip.
         const double side = w * 4.0 / std::sqrt(3.0);
         const QPointF back = tip - u * side * std::cos(M_PI / 6.0);
         const QPointF half = n * side * std::sin(M_PI / 6.0);
-        shape << tip << back + half << back - half;
+        shape.addPolygon(QPolygonF({ tip, back + half, back - half }));
         break;
     }
+    case QKLineCapRoundAnchor:
+        shape.addEllipse(tip, w, w);
+        break;
+    case QKLineCapDiamondAnchor:
+        shape.addPolygon(QPolygonF({ tip + u * w, tip + n * w, tip - u * w, tip - n * w }));
+        break;
+    case QKLineCapSquareAnchor:
+        shape.addPolygon(QPolygonF({ tip + (u + n) * w, tip + (n - u) * w, tip - (u + n) * w, tip + (u - n) * w }));
+        break;
+    default:
+        return;
     }
-    painter.save();
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(pen.pBrush ? MakeBrush(*pen.pBrush) : QBrush(QColor::fromRgba(pen.clr)));
-    painter.drawPolygon(shape);
-    painter.restore();
+    shape.closeSubpath();
+    painter.fillPath(shape, pen.pBrush ? MakeBrush(*pen.pBrush) : QBrush(QColor::fromRgba(pen.clr)));
 }
 
 // Strokes a path and draws the anchor caps at the ends of its open figures.
@@ -289,10 +297,10 @@ void CQKGraphics::StrokeWithCaps(const tagQKPen& pen, const QPainterPath& path)
         QPainterPath sub;
         sub.addPolygon(fig);
         painter.strokePath(sub, qpen);
-        if (!bClosed && IsAnchor(pen.nEndCap))
-            DrawArrowCap(pen, end, endFrom);
-        if (!bClosed && IsAnchor(pen.nStartCap))
-            DrawArrowCap(pen, start, startFrom);
+        if (!bClosed) {
+            DrawAnchorCap(pen, pen.nEndCap, end, endFrom);
+            DrawAnchorCap(pen, pen.nStartCap, start, startFrom);
+        }
     }
 }
 
@@ -374,13 +382,11 @@ int CQKGraphics::DrawEllipse(const tagQKPen& pen, const QRectF& rc)
 
 int CQKGraphics::DrawLine(const tagQKPen& pen, QPointF p1, QPointF p2)
 {
+    // A line of no length marks nothing unless a cap gives it a shape.
+    if (p1 == p2 && pen.nStartCap == QKLineCapFlat && pen.nEndCap == QKLineCapFlat)
+        return Ok();
     QPainterPath p(p1);
     p.lineTo(p2);
-    if (p1 == p2 && !IsAnchor(pen.nEndCap)) {
-        // A line of no length still marks its pixel with a square or round cap.
-        if (pen.nStartCap == QKLineCapFlat && pen.nEndCap == QKLineCapFlat)
-            return Ok();
-    }
     StrokeWithCaps(pen, p);
     return Ok();
 }

@@ -110,7 +110,7 @@ private:
     QPen MakePen(const tagQKPen& pen) const;
     QBrush MakeBrush(const tagQKBrush& brush) const;
     void StrokeWithCaps(const tagQKPen& pen, const QPainterPath& path);
-    void DrawArrowCap(const tagQKPen& pen, QPointF tip, QPointF from);
+    void DrawAnchorCap(const tagQKPen& pen, int nCap, QPointF tip, QPointF from);
     void ApplyClip(const QPainterPath& area, int nCombineMode);
 
     struct tagSaved

@@ -263,6 +263,18 @@ TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePen)
     // does not poke out of it.
     EXPECT_EQ(Alpha(img, 16, 9), 0);
 
+    // The same head as a start cap of the reversed line: the same pixels.
+    QImage reversed = Canvas(25, 25);
+    {
+        CQKGraphics g(reversed);
+        g.SetSmoothingMode(QKSmoothingAntiAlias);
+        tagQKPen pen;
+        pen.fWidth = 7;
+        pen.nStartCap = QKLineCapArrowAnchor;
+        g.DrawLine(pen, 17, 12, 5, 12);
+    }
+    EXPECT_EQ(reversed, img);
+
     // Without the cap the same pen is a plain bar.
     QImage bar = Canvas(25, 25);
     {
