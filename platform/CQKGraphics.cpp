@@ -182,6 +182,9 @@ QPen CQKGraphics::MakePen(const tagQKPen& p) const
     // Qt has one cap for both ends; a round or square start wins, as the painters set both
     // ends alike.
     pen.setCapStyle(QtCap(p.nStartCap == p.nEndCap || p.nStartCap >= QKLineCapNoAnchor ? p.nEndCap : p.nStartCap));
+    // A miter that would reach past the limit becomes a bevel. This matters where a figure
+    // turns straight back on itself (a single line closed as its own figure, as in the
+    // drawn glyphs): there an unbevelled miter would be a long spike.
     switch (p.nLineJoin) {
     case QKLineJoinBevel:
         pen.setJoinStyle(Qt::BevelJoin);
@@ -190,7 +193,7 @@ QPen CQKGraphics::MakePen(const tagQKPen& p) const
         pen.setJoinStyle(Qt::RoundJoin);
         break;
     default:
-        pen.setJoinStyle(Qt::MiterJoin);
+        pen.setJoinStyle(Qt::SvgMiterJoin);
         break;
     }
     pen.setMiterLimit(10.0);
@@ -264,6 +267,31 @@ void CQKGraphics::DrawAnchorCap(const tagQKPen& pen, int nCap, QPointF tip, QPoi
     }
     shape.closeSubpath();
     painter.fillPath(shape, pen.pBrush ? MakeBrush(*pen.pBrush) : QBrush(QColor::fromRgba(pen.clr)));
+}
+
+// Pixel centres lie on whole coordinates for the painters and half-way between them for Qt.
+// A smoothed stroke of odd width on whole coordinates would thus light two half rows where
+// the painters mean one full row; such strokes move by half a pixel. Even widths and fills
+// need no move, and unsmoothed drawing already lands on whole pixels.
+double CQKGraphics::StrokeOffset(const tagQKPen& pen) const
+{
+    if (!painter.testRenderHint(QPainter::Antialiasing))
+        return 0.0;
+    const double w = std::max(1.0f, pen.fWidth);
+    const long iw = std::lround(w);
+    return (std::abs(w - static_cast<double>(iw)) < 1e-6 && iw % 2 == 1) ? 0.5 : 0.0;
+}
+
+void CQKGraphics::Stroke(const tagQKPen& pen, const QPainterPath& path)
+{
+    const double off = StrokeOffset(pen);
+    if (off == 0.0) {
+        StrokeWithCaps(pen, path);
+        return;
+    }
+    painter.translate(off, off);
+    StrokeWithCaps(pen, path);
+    painter.translate(-off, -off);
 }
 
 // Strokes a path and draws the anchor caps at the ends of its open figures.
@@ -361,9 +389,25 @@ int CQKGraphics::DrawRectangle(const tagQKPen& pen, const QRectF& rc)
 {
     if (rc.width() < 0 || rc.height() < 0)
         return Fail(QKStatusInvalidParameter);
+    if (pen.nDashStyle == QKDashSolid && pen.nLineJoin != QKLineJoinRound) {
+        // A solid outline with square corners is the ring between two rectangles. Filled as
+        // such it has crisp corners when smoothed too, where a smoothed stroke's corner
+        // pixels come out a quarter short.
+        // Odd widths move by half a pixel, smoothed or not, so that every edge of the ring
+        // lies on whole pixels.
+        const double w = std::max(1.0f, pen.fWidth);
+        const double off = std::fmod(std::round(w), 2.0) == 1.0 && std::abs(w - std::round(w)) < 1e-6 ? 0.5 : 0.0;
+        const QRectF outer = rc.adjusted(-w / 2, -w / 2, w / 2, w / 2).translated(off, off);
+        QPainterPath ring;
+        ring.addRect(outer);
+        if (rc.width() > w && rc.height() > w)
+            ring.addRect(rc.adjusted(w / 2, w / 2, -w / 2, -w / 2).translated(off, off));
+        painter.fillPath(ring, MakePen(pen).brush());
+        return Ok();
+    }
     QPainterPath p;
     p.addRect(rc);
-    painter.strokePath(p, MakePen(pen));
+    Stroke(pen, p);
     return Ok();
 }
 
@@ -376,7 +420,7 @@ int CQKGraphics::DrawEllipse(const tagQKPen& pen, const QRectF& rc)
 {
     QPainterPath p;
     p.addEllipse(rc);
-    painter.strokePath(p, MakePen(pen));
+    Stroke(pen, p);
     return Ok();
 }
 
@@ -387,7 +431,7 @@ int CQKGraphics::DrawLine(const tagQKPen& pen, QPointF p1, QPointF p2)
         return Ok();
     QPainterPath p(p1);
     p.lineTo(p2);
-    StrokeWithCaps(pen, p);
+    Stroke(pen, p);
     return Ok();
 }
 
@@ -398,7 +442,7 @@ int CQKGraphics::DrawLines(const tagQKPen& pen, const std::vector<QPointF>& poin
     QPainterPath p(points.front());
     for (size_t i = 1; i < points.size(); ++i)
         p.lineTo(points[i]);
-    StrokeWithCaps(pen, p);
+    Stroke(pen, p);
     return Ok();
 }
 
@@ -410,13 +454,13 @@ int CQKGraphics::DrawPolygon(const tagQKPen& pen, const std::vector<QPointF>& po
     for (size_t i = 1; i < points.size(); ++i)
         p.lineTo(points[i]);
     p.closeSubpath();
-    painter.strokePath(p, MakePen(pen));
+    Stroke(pen, p);
     return Ok();
 }
 
 int CQKGraphics::DrawPath(const tagQKPen& pen, const CQKGraphicsPath& path)
 {
-    StrokeWithCaps(pen, path.Path());
+    Stroke(pen, path.Path());
     return Ok();
 }
 

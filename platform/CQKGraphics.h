@@ -109,6 +109,8 @@ private:
     int Fail(int nCode) { return nStatus = nCode; }
     QPen MakePen(const tagQKPen& pen) const;
     QBrush MakeBrush(const tagQKBrush& brush) const;
+    double StrokeOffset(const tagQKPen& pen) const;
+    void Stroke(const tagQKPen& pen, const QPainterPath& path);
     void StrokeWithCaps(const tagQKPen& pen, const QPainterPath& path);
     void DrawAnchorCap(const tagQKPen& pen, int nCap, QPointF tip, QPointF from);
     void ApplyClip(const QPainterPath& area, int nCombineMode);

@@ -59,21 +59,53 @@ TEST(GraphicsTest, IntegerRectangleFillCoversExactlyItsPixels)
     EXPECT_EQ(Alpha(img, 2, 2), 0);
 }
 
-TEST(GraphicsTest, OnePixelOutlineTakesTheOuterRingOfItsBox)
+TEST(GraphicsTest, OnePixelOutlineTakesTheOuterRingOfItsBoxSmoothedOrNot)
 {
-    QImage img = Canvas(10, 8);
+    for (int mode : { QKSmoothingDefault, QKSmoothingAntiAlias }) {
+        QImage img = Canvas(10, 8);
+        {
+            CQKGraphics g(img);
+            g.SetSmoothingMode(mode);
+            tagQKPen pen;
+            pen.clr = kBlue;
+            g.DrawRectangle(pen, 0, 0, 9, 7);
+        }
+        // Full strength on the ring, nothing inside: a whole coordinate is a pixel's centre.
+        EXPECT_EQ(img.pixel(0, 0), kBlue) << mode;
+        EXPECT_EQ(img.pixel(9, 7), kBlue) << mode;
+        EXPECT_EQ(img.pixel(9, 0), kBlue) << mode;
+        EXPECT_EQ(img.pixel(4, 7), kBlue) << mode;
+        EXPECT_EQ(img.pixel(0, 4), kBlue) << mode;
+        EXPECT_EQ(Alpha(img, 1, 1), 0) << mode;
+        EXPECT_EQ(Alpha(img, 8, 6), 0) << mode;
+    }
+}
+
+TEST(GraphicsTest, LineClosedOnItselfHasNoMiterSpike)
+{
+    // A chevron of two single lines, each closed as its own figure (the "next" glyph).
+    CQKGraphicsPath path;
+    path.AddLine(16, 4, 20, 10);
+    path.CloseFigure();
+    path.AddLine(20, 10, 16, 16);
+    path.CloseFigure();
+    QImage img = Canvas(40, 30);
     {
         CQKGraphics g(img);
+        g.SetSmoothingMode(QKSmoothingHighQuality);
         tagQKPen pen;
-        pen.clr = kBlue;
-        g.DrawRectangle(pen, 0, 0, 9, 7);
+        pen.fWidth = 2;
+        g.DrawPath(pen, path);
     }
-    EXPECT_EQ(img.pixel(0, 0), kBlue);
-    EXPECT_EQ(img.pixel(9, 7), kBlue);
-    EXPECT_EQ(img.pixel(9, 0), kBlue);
-    EXPECT_EQ(img.pixel(4, 7), kBlue);
-    EXPECT_EQ(Alpha(img, 1, 1), 0);
-    EXPECT_EQ(Alpha(img, 8, 6), 0);
+    QRect ink;
+    for (int y = 0; y < img.height(); ++y)
+        for (int x = 0; x < img.width(); ++x)
+            if (Alpha(img, x, y) > 0)
+                ink = ink.united(QRect(x, y, 1, 1));
+    // The lines span 4 by 12; the pen adds about its width, not the miter limit's 10 widths.
+    EXPECT_LE(ink.width(), 8);
+    EXPECT_LE(ink.height(), 16);
+    EXPECT_GE(ink.height(), 12);
 }
 
 TEST(GraphicsTest, SmoothingModesTwoAndFourSoftenEdgesOthersDoNot)
