@@ -2,6 +2,8 @@
 // input without failing the window.
 #include "ToolkitTestSupport.h"
 
+#include "support/TestPaths.h"
+
 #include "toolkit/CQKButton.h"
 #include "toolkit/CQKSkinReader.h"
 #include "toolkit/CQKUIManager.h"
@@ -10,6 +12,7 @@
 #include "toolkit/QKTheme.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <gtest/gtest.h>
 #include <tinyxml2.h>
 
@@ -362,4 +365,25 @@ TEST_F(SkinTest, DeepNestingAndLargeFilesNeitherCrashNorHang)
     EXPECT_LT(timer.elapsed(), 20000);
     EXPECT_EQ(Manager().Children().size(), before + 1);
     EXPECT_TRUE(Manager().FindControl(77, 0));
+}
+
+TEST_F(SkinTest, DefaultSkinGivesEveryWindowItsFonts)
+{
+    const QString source = orbeltest::SourceDir() + QStringLiteral("skin/");
+    for (const char* name : { "mainwnd.xml", "uicolors/UIColors.uic", "usebigfont.dat" }) {
+        QFile f(source + QLatin1String(name));
+        ASSERT_TRUE(f.open(QIODevice::ReadOnly)) << name;
+        app.WriteBytes(QStringLiteral("skin/") + QLatin1String(name), f.readAll());
+    }
+    LoadUIColors();
+    LoadBigFontFile();
+    EXPECT_NE(g_UIColors.clrFaceHover, 0u) << "a palette was chosen";
+    EXPECT_EQ(g_clrFace, g_UIColors.clrGround);
+    ASSERT_EQ(Manager().LoadSkin(&host), 1);
+    for (uint32_t id : { 0u, 1u, 2u, 3u, 6u }) {
+        const tagQKFont* f = FindFont(id);
+        ASSERT_TRUE(f) << "font " << id;
+        EXPECT_FALSE(f->szName.isEmpty()) << "font " << id;
+        EXPECT_GT(f->nSize, 8u) << "font " << id;
+    }
 }
