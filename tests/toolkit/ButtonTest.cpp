@@ -503,11 +503,7 @@ TEST_F(ButtonTest, PaintFaceLeavesThePathsWhereTheyWere)
 
 TEST_F(ButtonTest, TextIsColouredByStateAndNeedsItsFont)
 {
-    auto font = std::make_unique<tagQKFont>();
-    font->nID = 6;
-    font->nSize = 20;
-    font->szName = QStringLiteral("DejaVu Sans");
-    g_vecFonts.push_back(std::move(font));
+    AddFont(6, 20);
     g_clrText = RGB(200, 0, 0);
     g_clrFace = RGB(60, 60, 60);
     button->SetText(QStringLiteral("IIII"), 0);
@@ -550,11 +546,7 @@ TEST_F(ButtonTest, HoverFrameShowsInHoverAndDownOnly)
 
 TEST_F(ButtonTest, MeasureTextWrapsInAHundredPixelBox)
 {
-    auto font = std::make_unique<tagQKFont>();
-    font->nID = 2;
-    font->nSize = 14;
-    font->szName = QStringLiteral("DejaVu Sans");
-    g_vecFonts.push_back(std::move(font));
+    AddFont(2, 14);
     button->nFontID = 2;
     EXPECT_EQ(button->MeasureText(QString()), QSize(0, 0));
     const QSize one = button->MeasureText(QStringLiteral("Play"));

@@ -172,11 +172,7 @@ TEST(ThemeArithmeticTest, MixTruncatesPerChannelAndDarkenStopsAtZero)
 TEST(ThemeTextTest, SmoothingChangesSkinStringsButNotControlText)
 {
     AppFolder app;
-    auto font = std::make_unique<tagQKFont>();
-    font->nID = 1;
-    font->nSize = 16;
-    font->szName = QStringLiteral("DejaVu Sans");
-    g_vecFonts.push_back(std::move(font));
+    AddFont(1, 16);
 
     auto paintSkinString = [] {
         QImage image = Solid(120, 40, Qt::black);

@@ -197,6 +197,15 @@ void TestHost::Key(uint32_t vk, bool bDown)
     QApplication::sendEvent(pNative, &e);
 }
 
+void AddFont(uint32_t nID, uint32_t nSize)
+{
+    auto font = std::make_unique<tagQKFont>();
+    font->nID = nID;
+    font->nSize = nSize;
+    font->szName = QStringLiteral("DejaVu Sans");
+    g_vecFonts.push_back(std::move(font));
+}
+
 QImage Solid(int w, int h, QColor c)
 {
     QImage image(w, h, QImage::Format_ARGB32_Premultiplied);

@@ -80,6 +80,8 @@ private:
     std::vector<tagMessage> vecReceived;
 };
 
+// Appends a font record of the family "DejaVu Sans" to the font table.
+void AddFont(uint32_t nID, uint32_t nSize);
 // A plain ARGB picture filled with one colour.
 QImage Solid(int w, int h, QColor c);
 // A strip of n frames of the given colours, each `fw` wide and `h` high.
