@@ -376,7 +376,8 @@ bool CQKXmlDocument::SaveFile(const char16_t* pszPath) const
     }
     const bool bExists = ::stat(target.c_str(), &st) == 0;
     // What could not be opened for writing is not replaced either: a folder, a read-only file.
-    if (bExists && (S_ISDIR(st.st_mode) || ::access(target.c_str(), W_OK) != 0))
+    // Nor is anything that is not a plain file (a device, a pipe), which a rename would destroy.
+    if (bExists && (!S_ISREG(st.st_mode) || ::access(target.c_str(), W_OK) != 0))
         return false;
 
     // The text goes to a new file in the same folder, which is flushed to the disk and then
@@ -396,8 +397,14 @@ bool CQKXmlDocument::SaveFile(const char16_t* pszPath) const
     }
     if (fd < 0)
         return false;
-    if (bExists)
+    if (bExists) {
+        // The new file takes the old one's place with its permissions and, where the system
+        // allows it, its owner.
         ::fchmod(fd, st.st_mode & 07777);
+        if (::fchown(fd, st.st_uid, st.st_gid) != 0) {
+            // Only the owner may give a file away; a file of one's own keeps its owner anyway.
+        }
+    }
     const bool bWritten = WriteAll(fd, reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()) && ::fsync(fd) == 0;
     const bool bClosed = ::close(fd) == 0;
     if (!bWritten || !bClosed) {

@@ -34,8 +34,8 @@ public:
     // the buffer, which must come from `new uint8_t[]`, and frees it.
     bool LoadBuffer(uint8_t* pData, size_t nSize, bool bOwn);
     // Writes the document: a new file beside the target, then renamed over it. False only when
-    // the file cannot be written at all (missing folder, no permission, a read-only target);
-    // the file on disk is then untouched.
+    // the file cannot be written at all (missing folder, no permission, a read-only target,
+    // a target that is not a plain file); the file on disk is then untouched.
     bool SaveFile(const char16_t* pszPath) const;
     // The whole text that SaveFile writes behind the mark: the declaration, then every child.
     void WriteDocument(std::u16string& out) const;

@@ -30,7 +30,7 @@ CQKXmlNode* CQKXmlNode::AddChild(const char16_t* pszName, int32_t nType)
 
 CQKXmlNode* CQKXmlNode::AttachChild(CQKXmlNode* pNode)
 {
-    if (!pNode || (pNode->m_nType != kTypeElement && pNode->m_nType != kTypeComment))
+    if (!pNode || pNode == this || (pNode->m_nType != kTypeElement && pNode->m_nType != kTypeComment))
         return nullptr;
     pNode->m_pParent = this;
     m_listChildren.AddTail(pNode);

@@ -41,7 +41,8 @@ public:
     // other type.
     CQKXmlNode* AddChild(const char16_t* pszName, int32_t nType);
     // Appends an existing element or comment as the last child and becomes its parent. It is
-    // not taken out of a former parent's list: the caller must not leave it in two.
+    // not taken out of a former parent's list: the caller must not leave it in two. A node
+    // cannot be its own child.
     CQKXmlNode* AttachChild(CQKXmlNode* pNode);
     // A deep copy with private text. It has this node's type and parent, but it is in no
     // list: the caller owns it (to delete, or to attach).

@@ -49,6 +49,7 @@ TEST(XmlNodeTest, ChildrenAreOnlyElementsAndComments)
     EXPECT_EQ(doc.AttachChild(nullptr), nullptr);
     CQKXmlDocument other;
     EXPECT_EQ(doc.AttachChild(&other), nullptr);
+    EXPECT_EQ(e->AttachChild(e), nullptr);
     auto* loose = new CQKXmlNode(CQKXmlNode::kTypeElement);
     loose->SetName(u"loose");
     EXPECT_EQ(e->AttachChild(loose), loose);

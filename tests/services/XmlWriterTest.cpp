@@ -177,9 +177,13 @@ TEST(XmlWriterTest, SaveWhereNoFileCanBeWrittenFailsAndTouchesNothing)
     ASSERT_TRUE(QDir(dir.path()).mkdir("sub"));
     EXPECT_FALSE(doc.SaveFile(Path(dir.filePath("sub")).c_str())) << "a folder is not a file";
     EXPECT_TRUE(QFileInfo(dir.filePath("sub")).isDir());
+    const QString fifo = dir.filePath("pipe");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    EXPECT_FALSE(doc.SaveFile(Path(fifo).c_str())) << "a pipe is not replaced by a file";
+    EXPECT_FALSE(QFileInfo(fifo).isFile());
     EXPECT_FALSE(doc.SaveFile(nullptr));
     EXPECT_FALSE(doc.SaveFile(u""));
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList { "sub" });
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot), (QStringList { "pipe", "sub" }));
 }
 
 TEST(XmlWriterTest, FailedWriteKeepsTheOldFileWhole)
