@@ -189,9 +189,16 @@ void CQKHostWidget::DeliverMouse(uint32_t msg, QMouseEvent* e)
     if (!pHost)
         return;
     const QPoint pt = e->position().toPoint();
+    // While another host holds the capture, the mouse is that host's wherever the pointer is.
+    CQKHostWnd* pCapture = CQKHostWnd::GetCapture();
+    if (pCapture && pCapture != pHost) {
+        const QPoint ptThere = pCapture->ScreenToClient(mapToGlobal(pt));
+        pCapture->OnMouseMessage(msg, ptThere, MouseKeys(e->buttons(), e->modifiers()));
+        return;
+    }
     // Outside the client area only the host holding the capture hears the mouse; the grab
     // Qt keeps while a button is down does not count as capture.
-    if (!rect().contains(pt) && CQKHostWnd::GetCapture() != pHost)
+    if (!rect().contains(pt) && pCapture != pHost)
         return;
     if (msg == WM_MOUSEMOVE && rect().contains(pt)) {
         bTracking = true;
@@ -315,6 +322,10 @@ bool CQKHostWidget::eventFilter(QObject* obj, QEvent* e)
 
 bool CQKHostWidget::event(QEvent* e)
 {
+    // The deferred deletion of a window destroyed inside one of its handlers ends this
+    // object: nothing may touch it afterwards.
+    if (e->type() == QEvent::DeferredDelete)
+        return QWidget::event(e);
     ++nEventDepth;
     bool bResult = true;
     switch (e->type()) {

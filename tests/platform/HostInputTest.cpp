@@ -130,6 +130,12 @@ TEST_F(HostInputTest, CaptureBelongsToOneHostAtATime)
     EXPECT_EQ(CQKHostWnd::GetCapture(), &host);
     other.SetCapture();
     EXPECT_EQ(CQKHostWnd::GetCapture(), &other);
+    // Input over this host now goes to the other one, in the other's client pixels.
+    other.ClearRecords();
+    driver.Move(QPoint(10, 10));
+    EXPECT_TRUE(host.vecMouse.empty());
+    ASSERT_EQ(other.vecMouse.size(), 1u);
+    EXPECT_EQ(other.vecMouse[0].pt, QPoint(200 + 10 - 400, 150 + 10 - 150));
     // A host that goes drops its capture.
     other.DestroyWindow();
     EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
