@@ -4,6 +4,7 @@
 #include "platform/QKKeys.h"
 #include "platform/QKMessages.h"
 
+#include <QApplication>
 #include <QChildEvent>
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -196,10 +197,16 @@ void CQKHostWidget::DeliverMouse(uint32_t msg, QMouseEvent* e)
         pCapture->OnMouseMessage(msg, ptThere, MouseKeys(e->buttons(), e->modifiers()));
         return;
     }
-    // Outside the client area only the host holding the capture hears the mouse; the grab
-    // Qt keeps while a button is down does not count as capture.
-    if (!rect().contains(pt) && pCapture != pHost)
+    // Outside the client area only the host holding the capture hears the mouse. Qt keeps
+    // sending a held button's moves to the window it went down in, but that is no capture:
+    // without one the mouse belongs to the window under the pointer, if it is one of ours.
+    if (!rect().contains(pt) && pCapture != pHost) {
+        const QPoint global = mapToGlobal(pt);
+        CQKHostWnd* pUnder = CQKHostWnd::FromWidget(QApplication::topLevelAt(global));
+        if (pUnder && pUnder != pHost && pUnder->IsWindowEnabled())
+            pUnder->OnMouseMessage(msg, pUnder->ScreenToClient(global), MouseKeys(e->buttons(), e->modifiers()));
         return;
+    }
     if (msg == WM_MOUSEMOVE && rect().contains(pt)) {
         bTracking = true;
         if (!CQKHostWnd::GetCapture() && !pHost->OnSetCursor(pt))
@@ -230,6 +237,7 @@ bool CQKHostWidget::IsSecondClick(const QMouseEvent* e)
 void CQKHostWidget::mousePressEvent(QMouseEvent* e)
 {
     const bool bDouble = IsSecondClick(e);
+    bDoubleSent = bDouble;
     if (e->button() == Qt::LeftButton)
         DeliverMouse(bDouble ? WM_LBUTTONDBLCLK : WM_LBUTTONDOWN, e);
     else if (e->button() == Qt::RightButton)
@@ -248,9 +256,22 @@ void CQKHostWidget::mouseReleaseEvent(QMouseEvent* e)
         DeliverMouse(WM_MBUTTONUP, e);
 }
 
-void CQKHostWidget::mouseDoubleClickEvent(QMouseEvent*)
+void CQKHostWidget::mouseDoubleClickEvent(QMouseEvent* e)
 {
-    // Told at the press already (IsSecondClick).
+    // Qt may or may not pass the second press on before its double click; whichever came
+    // first tells the host, once.
+    if (bDoubleSent) {
+        bDoubleSent = false;
+        return;
+    }
+    nLastPressTime = e->timestamp();
+    ptLastPress = e->globalPosition().toPoint();
+    nLastButton = e->button();
+    bLastWasDouble = true;
+    if (e->button() == Qt::LeftButton)
+        DeliverMouse(WM_LBUTTONDBLCLK, e);
+    else if (e->button() == Qt::RightButton)
+        DeliverMouse(WM_RBUTTONDBLCLK, e);
 }
 
 void CQKHostWidget::mouseMoveEvent(QMouseEvent* e)

@@ -80,4 +80,5 @@ private:
     QPoint ptLastPress;
     Qt::MouseButton nLastButton { Qt::NoButton };
     bool bLastWasDouble { false };
+    bool bDoubleSent { false }; // the last press went out as a double click already
 };

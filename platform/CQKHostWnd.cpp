@@ -270,17 +270,10 @@ void CQKHostWnd::ReleaseCapture()
 {
     CQKHostWnd* p = g_pCapture;
     g_pCapture = nullptr;
-    if (!p || !p->pWidget)
-        return;
-    QWidget* w = p->pWidget;
-    if (QWidget::mouseGrabber() == w) {
-        w->releaseMouse();
-    } else if (QGuiApplication::mouseButtons() != Qt::NoButton && w->windowHandle()) {
-        // The window system's own grab of a held button would keep sending moves here;
-        // taking and dropping an explicit grab ends it, so that moves go where the pointer is.
-        w->windowHandle()->setMouseGrabEnabled(true);
-        w->windowHandle()->setMouseGrabEnabled(false);
-    }
+    // An explicit grab ends here. The window system's own grab of a held button stays, but
+    // the seam then passes moves outside the window to the window under the pointer.
+    if (p && p->pWidget && QWidget::mouseGrabber() == p->pWidget)
+        p->pWidget->releaseMouse();
 }
 
 static Qt::CursorShape ShapeOf(uint32_t nCursor)

@@ -112,14 +112,21 @@ TEST_F(HostInputTest, CaptureKeepsMovesComingFromOutside)
 
 TEST_F(HostInputTest, WithoutCaptureMovesOutsideGoElsewhere)
 {
-    // The button is held, but nobody holds the capture (or it was released meanwhile).
+    HostRecorder other;
+    ASSERT_TRUE(other.CreateShown(QRect(400, 150, 40, 40)));
+    other.ClearRecords();
+    // The button is held, but nobody holds the capture (it was released meanwhile).
     driver.Press(QPoint(10, 10));
     host.SetCapture();
     CQKHostWnd::ReleaseCapture();
-    driver.Move(QPoint(-30, 200));
-    driver.Release(QPoint(-30, 200));
+    driver.Move(QPoint(-30, 200)); // over no window of ours
+    driver.Move(QPoint(210, 10)); // over the other window
+    driver.Release(QPoint(210, 10));
     driver.Move(QPoint(20, 20));
     EXPECT_EQ(host.MouseMessages(), std::vector<uint32_t>({ 513, 512 }));
+    // The window under the pointer hears them, in its own client pixels.
+    ASSERT_EQ(other.MouseMessages(), std::vector<uint32_t>({ 512, 514 }));
+    EXPECT_EQ(other.vecMouse[0].pt, QPoint(10, 10));
 }
 
 TEST_F(HostInputTest, CaptureBelongsToOneHostAtATime)

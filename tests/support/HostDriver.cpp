@@ -52,7 +52,9 @@ void HostDriver::Click(QPoint pt, Qt::MouseButton button)
 
 void HostDriver::DoubleClick(QPoint pt)
 {
-    // What Qt delivers for a double click: the second press, then the double click itself.
+    // What the window system gives Qt for a double click: a second press soon after the
+    // first, which Qt follows with its double click. (On X11 Qt hides that press from the
+    // widget, a flag these synthetic events cannot carry; the host handles either way.)
     Click(pt);
     nTime += 50;
     held |= Qt::LeftButton;
