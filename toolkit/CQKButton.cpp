@@ -423,11 +423,12 @@ void CQKButton::Paint(CQKGraphics* pGraphics, QImage* pBitmap)
     CopyToHost(image);
 }
 
-void CQKButton::CopyToHost(const QImage& image)
+void CQKButton::CopyToHost(QImage& image)
 {
-    // The screen takes colour only: whatever alpha the composition has is dropped, as the
-    // copy of composed pixels to a window always does.
-    hWndHost->UpdateWindowFromImage(image.convertToFormat(QImage::Format_RGB32).convertToFormat(QImage::Format_ARGB32_Premultiplied), QPoint(nX, nY));
+    // The screen takes colour only: whatever alpha the picture has is dropped, as the copy of
+    // composed pixels to a window always does (read as opaque in place, without a copy).
+    image.reinterpretAsFormat(QImage::Format_RGB32);
+    hWndHost->UpdateWindowFromImage(image, QPoint(nX, nY));
 }
 
 // Cuts the picture into frames side by side and draws the one for the state.

@@ -99,7 +99,7 @@ protected:
     // `bLone` is set in a repaint of this control alone.
     void PaintPicture(CQKGraphics* pGraphics, const QRect& rc, bool bLone);
     // Copies a picture of this control's size to the host at nX, nY.
-    void CopyToHost(const QImage& image);
+    void CopyToHost(QImage& image);
 
 public:
     std::vector<std::unique_ptr<tagQKFace>> vecFaces; // drawn faces; one that applies hides the picture

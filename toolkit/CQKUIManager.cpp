@@ -227,8 +227,10 @@ void CQKUIManager::PaintAll()
     QImage image(rc.width(), rc.height(), QImage::Format_ARGB32_Premultiplied);
     image.fill(0);
     Compose(image);
-    // The screen takes colour only: the composition's alpha is dropped on the way.
-    hWndHost->UpdateWindowFromImage(image.convertToFormat(QImage::Format_RGB32), QPoint(0, 0));
+    // The screen takes colour only: the composition's alpha is dropped on the way (read as
+    // opaque in place, without a copy).
+    image.reinterpretAsFormat(QImage::Format_RGB32);
+    hWndHost->UpdateWindowFromImage(image, QPoint(0, 0));
 }
 
 std::unique_ptr<QImage> CQKUIManager::RenderToBitmap()
