@@ -201,6 +201,9 @@ void CQKHostWidget::DeliverMouse(uint32_t msg, QMouseEvent* e)
     // sending a held button's moves to the window it went down in, but that is no capture:
     // without one the mouse belongs to the window under the pointer, if it is one of ours.
     if (!rect().contains(pt) && pCapture != pHost) {
+        // A popup keeps the mouse to itself while it is open, as menus do.
+        if (bPopup)
+            return;
         const QPoint global = mapToGlobal(pt);
         CQKHostWnd* pUnder = CQKHostWnd::FromWidget(QApplication::topLevelAt(global));
         if (pUnder && pUnder != pHost && pUnder->IsWindowEnabled())
@@ -236,6 +239,11 @@ bool CQKHostWidget::IsSecondClick(const QMouseEvent* e)
 
 void CQKHostWidget::mousePressEvent(QMouseEvent* e)
 {
+    if (bPopup && !rect().contains(e->position().toPoint()) && (!pHost || CQKHostWnd::GetCapture() != pHost)) {
+        // A press outside an open popup closes it (Qt's own handling), and that is all.
+        QWidget::mousePressEvent(e);
+        return;
+    }
     const bool bDouble = IsSecondClick(e);
     bDoubleSent = bDouble;
     if (e->button() == Qt::LeftButton)

@@ -306,3 +306,31 @@ TEST_F(HostInputTest, ActivationIsReported)
     EXPECT_TRUE(host.vecActivate.back());
     EXPECT_NE(win, nullptr);
 }
+
+TEST_F(HostInputTest, PopupClosesOnAPressOutsideAndKeepsTheMouseMeanwhile)
+{
+    HostRecorder popup;
+    CQKHostCreate cs;
+    cs.nStyle = QKHS_POPUP | QKHS_FRAMELESS;
+    cs.pOwner = &host;
+    cs.rcWindow = QRect(220, 170, 40, 30);
+    ASSERT_TRUE(popup.Create(cs));
+    popup.ShowWindow(SW_SHOW);
+    ASSERT_TRUE(HostDriver::WaitFor([&] { return popup.IsWindowVisible(); }));
+    HostDriver popupDriver(popup);
+    popupDriver.Move(QPoint(5, 5));
+    popupDriver.Move(QPoint(-10, 5)); // over the owner: still the popup's, and dropped
+    ASSERT_FALSE(popup.vecMouse.empty());
+    EXPECT_EQ(popup.vecMouse[0].pt, QPoint(5, 5));
+    for (const auto& m : popup.vecMouse)
+        EXPECT_NE(m.pt, QPoint(-10, 5)); // a leave at most, never the outside point
+    EXPECT_TRUE(host.vecMouse.empty());
+    popupDriver.Press(QPoint(-10, 5));
+    EXPECT_EQ(popup.nCloses, 1);
+    EXPECT_FALSE(popup.IsWindow()); // its OnClose destroys it
+    EXPECT_TRUE(host.vecMouse.empty()); // the closing press reaches nobody
+    // Afterwards the owner takes clicks as before.
+    driver.Press(QPoint(10, 25));
+    driver.Release(QPoint(10, 25));
+    EXPECT_EQ(host.MouseMessages(), std::vector<uint32_t>({ 513, 514 }));
+}
