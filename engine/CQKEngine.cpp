@@ -290,16 +290,18 @@ std::string CQKEngine::ColorFilter(int nY, int nU, int nV)
 void CQKEngine::EventLoop()
 {
     for (;;) {
-        mpv_event* pEvent = mpv_wait_event(pMpv, -1);
-        if (pEvent->event_id == MPV_EVENT_SHUTDOWN)
-            return;
-        if (pEvent->event_id == MPV_EVENT_NONE) {
+        // The quit flag is read before every wait: a wake-up that arrives while an event is
+        // being handled would otherwise be lost.
+        {
             std::lock_guard lk(mtx);
             if (bQuit)
                 return;
-            continue;
         }
-        OnEvent(*pEvent);
+        mpv_event* pEvent = mpv_wait_event(pMpv, -1);
+        if (pEvent->event_id == MPV_EVENT_SHUTDOWN)
+            return;
+        if (pEvent->event_id != MPV_EVENT_NONE)
+            OnEvent(*pEvent);
     }
 }
 
