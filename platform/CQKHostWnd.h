@@ -18,15 +18,19 @@
 //
 //   event                      | what the host gets
 //   ---------------------------+--------------------------------------------------------------
-//   move inside                | OnMouseMessage(512); leave tracking starts
-//   move outside               | only while this host holds the capture
-//   left press/release         | 513 / 514 (outside only with capture)
-//   left double click          | 515 (instead of a second 513)
-//   right press/release        | 516 / 517
+//   move inside                | OnSetCursor (no capture anywhere), then OnMouseMessage(512);
+//                              | leave tracking starts
+//   left press/release         | 513 / 514
+//   left double click          | 515 instead of the second 513
+//   right press/release        | 516 / 517 (518 for a right double click)
+//   anything outside           | only while this host holds the capture; without one it goes
+//                              | to the host of ours under the pointer, if any
+//   while another host holds   | goes to that host, in its client pixels
+//   the capture                |
 //   pointer leaves the window  | OnMouseMessage(675, (-99,-99)), once per entry
 //   wheel                      | OnMouseWheel(keys, delta 120 a notch, client point)
 //
-// Points are client pixels of this host. Keys of mouse messages are MK_* flags.
+// Points are client pixels of the receiving host. Keys of mouse messages are MK_* flags.
 #include <QPoint>
 #include <QRect>
 #include <QString>
