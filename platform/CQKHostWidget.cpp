@@ -318,6 +318,9 @@ bool CQKHostWidget::HandleKey(QKeyEvent* e, bool bChild)
     const uint32_t vk = QKVirtualKeyFromQt(e->key(), e->modifiers());
     if (vk == 0)
         return false;
+    // A held key repeats its key down only; the release comes once, at the end.
+    if (e->type() == QEvent::KeyRelease && e->isAutoRepeat())
+        return true;
     const uint32_t msg = e->type() == QEvent::KeyPress ? WM_KEYDOWN : WM_KEYUP;
     const uint32_t mods = QKModifiersFromQt(e->modifiers());
     if (pHost->PreTranslateKey(msg, vk, mods))

@@ -9,6 +9,7 @@
 #include <QCursor>
 #include <QDropEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QUrl>
@@ -221,6 +222,26 @@ TEST_F(HostInputTest, PreTranslateKeySeesKeysFirstAndCanTakeThem)
     EXPECT_EQ(host.vecKeysPre[4].vk, VK_RETURN);
     ASSERT_EQ(host.vecKeysDown.size(), 2u);
     EXPECT_EQ(host.vecKeysDown[0].vk, VK_TAB);
+}
+
+TEST_F(HostInputTest, HeldKeyRepeatsItsKeyDownOnly)
+{
+    QWindow* win = host.NativeWindow();
+    for (int i = 0; i < 3; ++i) {
+        QKeyEvent down(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier, QString(), i > 0);
+        QCoreApplication::sendEvent(win, &down);
+        if (i < 2) {
+            QKeyEvent up(QEvent::KeyRelease, Qt::Key_Right, Qt::NoModifier, QString(), true);
+            QCoreApplication::sendEvent(win, &up);
+        }
+    }
+    QKeyEvent last(QEvent::KeyRelease, Qt::Key_Right, Qt::NoModifier);
+    QCoreApplication::sendEvent(win, &last);
+    std::vector<uint32_t> msgs;
+    for (const auto& k : host.vecKeysPre)
+        msgs.push_back(k.msg);
+    EXPECT_EQ(msgs, std::vector<uint32_t>({ WM_KEYDOWN, WM_KEYDOWN, WM_KEYDOWN, WM_KEYUP }));
+    EXPECT_EQ(host.vecKeysDown.size(), 3u);
 }
 
 TEST_F(HostInputTest, KeysOfAnEditFieldPassThePreTranslationFirst)
