@@ -123,6 +123,22 @@ TEST_F(ButtonTest, PressDraggedOutAndBackStillClicks)
     EXPECT_EQ(button->nState, 1u);
 }
 
+TEST_F(ButtonTest, ReleaseOverAnotherControlClicksNeither)
+{
+    auto* other = new CQKButton();
+    host.Manager()->AddControl(42, other, 0);
+    other->MoveTo(120, 20, 60, 30, 0);
+    // Pressed on the second control, released over the first (earlier in the list).
+    host.Move(QPoint(130, 30));
+    host.Press(QPoint(130, 30));
+    host.Move(QPoint(30, 30));
+    EXPECT_EQ(button->nState, 0u) << "no hover while another holds the press";
+    host.Release(QPoint(30, 30));
+    EXPECT_EQ(Clicks(), 0u);
+    EXPECT_EQ(other->nState, 0u);
+    EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
+}
+
 TEST_F(ButtonTest, RightReleaseOutsideEndsAHeldPress)
 {
     host.Move(QPoint(30, 30));
@@ -293,13 +309,17 @@ TEST_F(ButtonTest, LoadImageReadsAFileAndForgetsAMissingOne)
 
 TEST_F(ButtonTest, LoneRepaintUsesTheSavedBackgroundOrTheGround)
 {
-    host.paintBackground = [](CQKGraphics* g) { g->FillRectangle(tagQKBrush::Solid(0xFF00FF00), 0, 0, 200, 100); };
+    // The host's layer is red, and green just where the control lies.
+    host.paintBackground = [](CQKGraphics* g) {
+        g->FillRectangle(tagQKBrush::Solid(0xFFFF0000), 0, 0, 200, 100);
+        g->FillRectangle(tagQKBrush::Solid(0xFF00FF00), 20, 20, 60, 30);
+    };
     host.Manager()->PaintAll();
     EXPECT_EQ(PixelAt(host.HostImage(), 25, 25), QColor(Qt::green));
     // Without the cache a lone repaint lays the theme's ground under the control.
     button->Paint(nullptr, nullptr);
     EXPECT_EQ(PixelAt(host.HostImage(), 25, 25), FromBGR(g_clrFace));
-    EXPECT_EQ(PixelAt(host.HostImage(), 10, 10), QColor(Qt::green)) << "only the control's own area changes";
+    EXPECT_EQ(PixelAt(host.HostImage(), 10, 10), QColor(Qt::red)) << "only the control's own area changes";
     // With it, what lay beneath at the last full repaint.
     button->EnableBackgroundCache(true);
     host.Manager()->PaintAll();
@@ -512,19 +532,37 @@ TEST_F(ButtonTest, TextIsColouredByStateAndNeedsItsFont)
     button->nFontID = 5; // not in the table: no text
     EXPECT_EQ(BoxOf(PaintAlone(*button), QColor(200, 0, 0), 30), QRect());
     button->nFontID = 6;
+    // The stems of "IIII" are solid: the brightest pixel is the text colour itself.
+    auto brightest = [this] {
+        const QImage image = PaintAlone(*button);
+        QColor best(Qt::black);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (PixelAt(image, x, y).red() > best.red())
+                    best = PixelAt(image, x, y);
+            }
+        }
+        return best;
+    };
     const QRect normal = BoxOf(PaintAlone(*button), QColor(200, 0, 0), 30);
     ASSERT_FALSE(normal.isEmpty());
     EXPECT_NEAR(normal.center().x(), 50, 2) << "centred";
+    EXPECT_NEAR(normal.center().y(), 15, 2);
+    EXPECT_LE(ColourDistance(brightest(), QColor(200, 0, 0)), 2);
     button->nState = 1;
-    EXPECT_FALSE(BoxOf(PaintAlone(*button), QColor(240, 40, 40), 30).isEmpty()) << "hover text is 40 lighter";
+    EXPECT_LE(ColourDistance(brightest(), QColor(240, 40, 40)), 2) << "hover text is 40 lighter";
     button->nState = 0;
     button->bEnabled = 0;
-    EXPECT_FALSE(BoxOf(PaintAlone(*button), QColor(90, 90, 90), 20).isEmpty()) << "disabled text is the ground plus 30";
+    EXPECT_LE(ColourDistance(brightest(), QColor(90, 90, 90)), 2) << "disabled text is the ground plus 30";
     button->bEnabled = 1;
     button->nTextAlign = 0;
     EXPECT_LT(BoxOf(PaintAlone(*button), QColor(200, 0, 0), 30).left(), 5) << "left aligned";
     button->nTextAlign = 1;
     EXPECT_GT(BoxOf(PaintAlone(*button), QColor(200, 0, 0), 30).right(), 94) << "right aligned";
+    button->nTextAlign = 3;
+    const QRect bottom = BoxOf(PaintAlone(*button), QColor(200, 0, 0), 30);
+    EXPECT_NEAR(bottom.center().x(), 50, 2) << "centred and at the bottom";
+    EXPECT_GT(bottom.center().y(), normal.center().y() + 2);
 }
 
 TEST_F(ButtonTest, HoverFrameShowsInHoverAndDownOnly)
