@@ -123,10 +123,13 @@ TEST_F(ToolTipTest, TipFadesInAndHidesItselfAfterThreeSeconds)
     EXPECT_TRUE(tip->IsWindowVisible()) << "a new hover brings it back";
 }
 
-TEST_F(ToolTipTest, ControlDestroysItsTipWindow)
+TEST_F(ToolTipTest, TipWindowGoesWithItsControl)
 {
     host.Move(QPoint(30, 30));
     ASSERT_TRUE(TipVisible());
-    host.DestroyWindow();
+    const CQKHostWnd* tip = button->pToolTipWnd.get();
+    ASSERT_TRUE(CQKHostWnd::IsWindow(tip));
+    host.DestroyWindow(); // the manager and its controls go with the window
     TestHost::Pump();
+    EXPECT_FALSE(CQKHostWnd::IsWindow(tip));
 }
