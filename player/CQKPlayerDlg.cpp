@@ -196,11 +196,7 @@ void CQKPlayerDlg::OnDestroy()
     KillTimer(QKTIMER_POSITION);
     KillTimer(QKTIMER_BARS);
     KillTimer(QKTIMER_CURSOR);
-    qkplaydll_Stop();
-    if (m_hPlayThread) {
-        m_hPlayThread->join();
-        m_hPlayThread.reset();
-    }
+    StopAndJoinPlayThread();
     if (m_wndPlay) {
         m_wndPlay->Destroy();
         m_wndPlay.reset();

@@ -21,6 +21,7 @@
 #include <QRect>
 #include <QString>
 #include <QStringList>
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <thread>
@@ -118,12 +119,16 @@ private:
     void OnCommand(uint32_t nCmd);
     // Starts the play thread on m_strMediaPath.
     void StartPlayThread();
+    // qkplaydll_Stop, then waits without limit for the play thread to end.
+    void StopAndJoinPlayThread();
     static void PlayThreadProc(CQKPlayerDlg* pDlg);
     // The engine's end-of-media notice, posted from its own thread.
     static void PostFromEngine(void* pCtx, int nMessage);
 
     std::unique_ptr<CQKPlayWnd> m_wndPlay;
     std::unique_ptr<std::thread> m_hPlayThread;
+    // Set by the play thread as its last act.
+    std::atomic<bool> m_bPlayThreadDone { true };
     qkplay_notify m_notify { &CQKPlayerDlg::PostFromEngine, this };
     int m_nModalResult { 0 };
 };

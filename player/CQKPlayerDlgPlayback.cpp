@@ -22,6 +22,7 @@
 #include "player/QKPlayerOptions.h"
 
 #include <QFileInfo>
+#include <chrono>
 #include <cstring>
 
 namespace {
@@ -85,12 +86,7 @@ void CQKPlayerDlg::OnPlayPause()
 
 void CQKPlayerDlg::OnStop()
 {
-    qkplaydll_Stop();
-    // No time limit: qkplaydll_Stop makes the blocking play call return.
-    if (m_hPlayThread) {
-        m_hPlayThread->join();
-        m_hPlayThread.reset();
-    }
+    StopAndJoinPlayThread();
     KillTimer(QKTIMER_POSITION);
     if (m_wndPlay)
         m_wndPlay->Show(false);
@@ -112,13 +108,27 @@ void CQKPlayerDlg::ShowMediaError()
 void CQKPlayerDlg::StartPlayThread()
 {
     // A second start before the engine is ready would leave a running thread behind; the
-    // old one is joined first so that no thread is ever lost.
-    if (m_hPlayThread) {
-        qkplaydll_Stop();
-        m_hPlayThread->join();
-        m_hPlayThread.reset();
-    }
+    // old one is ended first so that no thread is ever lost.
+    StopAndJoinPlayThread();
+    m_bPlayThreadDone = false;
     m_hPlayThread = std::make_unique<std::thread>(&CQKPlayerDlg::PlayThreadProc, this);
+}
+
+void CQKPlayerDlg::StopAndJoinPlayThread()
+{
+    qkplaydll_Stop();
+    if (!m_hPlayThread)
+        return;
+    // A stop that comes before the thread has entered the engine's play call finds nothing to
+    // end, and the play call would then run to the end of the file. So the stop is repeated
+    // until the thread is out; normally the first one is enough. There is no time limit.
+    while (!m_bPlayThreadDone.load()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        if (!m_bPlayThreadDone.load())
+            qkplaydll_Stop();
+    }
+    m_hPlayThread->join();
+    m_hPlayThread.reset();
 }
 
 void CQKPlayerDlg::PlayThreadProc(CQKPlayerDlg* pDlg)
@@ -127,11 +137,12 @@ void CQKPlayerDlg::PlayThreadProc(CQKPlayerDlg* pDlg)
     char szPath[kPlayPathBytes];
     std::memset(szPath, 0, sizeof(szPath));
     const QByteArray utf8 = pDlg->m_strMediaPath.toUtf8();
-    if (static_cast<size_t>(utf8.size()) >= sizeof(szPath))
-        return;
-    std::memcpy(szPath, utf8.constData(), static_cast<size_t>(utf8.size()));
-    const int bAudioOnly = pDlg->m_bHasVideo ? 0 : 1;
-    qkplaydll_Play(szPath, pDlg->m_wndPlay ? pDlg->m_wndPlay->VideoTarget() : nullptr, &pDlg->m_notify, QKM_PLAYEND, 1, 0.0, 0, 0, bAudioOnly);
+    if (static_cast<size_t>(utf8.size()) < sizeof(szPath)) {
+        std::memcpy(szPath, utf8.constData(), static_cast<size_t>(utf8.size()));
+        const int bAudioOnly = pDlg->m_bHasVideo ? 0 : 1;
+        qkplaydll_Play(szPath, pDlg->m_wndPlay ? pDlg->m_wndPlay->VideoTarget() : nullptr, &pDlg->m_notify, QKM_PLAYEND, 1, 0.0, 0, 0, bAudioOnly);
+    }
+    pDlg->m_bPlayThreadDone = true;
 }
 
 void CQKPlayerDlg::PostFromEngine(void* pCtx, int nMessage)

@@ -13,6 +13,8 @@
 #include <memory>
 #include <vector>
 
+struct _XDisplay;
+
 namespace orbeltest {
 
 class PlayerSandbox
@@ -68,7 +70,7 @@ public:
     void PressKey(unsigned long window, const char* pszKeysym) const;
 
 private:
-    struct _XDisplay* pDisplay { nullptr };
+    ::_XDisplay* pDisplay { nullptr };
 };
 
 // Colour tests for solid clips after video decoding (small shifts of a few levels).

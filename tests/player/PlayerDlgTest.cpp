@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QThread>
 #include <gtest/gtest.h>
@@ -45,10 +46,12 @@ protected:
         QKSetAppFolderForTesting(QString());
         QKPlayerOptions::ResetToDefaults();
     }
-    // What a start with these arguments leaves for the player.
-    void HandOver(const QStringList& args)
+    // What a start with these files leaves for the player; the first entry of a command line
+    // is always the program itself.
+    void HandOver(const QStringList& files)
     {
-        CQKStartupList::Write(theApp.GetStartupFilePath(), args, QCoreApplication::applicationFilePath());
+        const QString module = QCoreApplication::applicationFilePath();
+        CQKStartupList::Write(theApp.GetStartupFilePath(), QStringList { module } + files, module);
     }
 
     QTemporaryDir dir;
@@ -123,7 +126,10 @@ TEST_F(PlayerDlgTest, MissingOrBrokenListChangesNothing)
     theApp.ReadStartupFiles(dlg);
     QFile f(theApp.GetStartupFilePath());
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("\xFF\xFE<\0s\0", 6);
+    // Half a list, as a reader may see while another start still writes it.
+    const QString half = QStringLiteral("<startupfiles><item file=\"x\"/>");
+    f.write("\xFF\xFE", 2);
+    f.write(reinterpret_cast<const char*>(half.utf16()), half.size() * 2);
     f.close();
     theApp.ReadStartupFiles(dlg);
     EXPECT_EQ(dlg.m_arrFiles, (QStringList { QStringLiteral("a"), QStringLiteral("b") }));
@@ -153,10 +159,14 @@ TEST_F(PlayerDlgTest, PlayPausesAndResumesAndStopRestartsFromTheStart)
     // A second Play before the engine is ready would have left a thread running; repeated
     // quick starts end with one playback that a single stop ends.
     dlg.OnStop();
+    QElapsedTimer clock;
+    clock.start();
     for (int i = 0; i < 5; ++i)
         dlg.OnPlayPause();
     dlg.OnStop();
     EXPECT_EQ(qkplaydll_IsReady(), 0);
+    // A stop that came before the thread entered the engine must not wait for the file's end.
+    EXPECT_LT(clock.elapsed(), 10000);
 }
 
 TEST_F(PlayerDlgTest, SoundOnlyFileTakesTheAudioWay)
