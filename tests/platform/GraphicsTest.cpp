@@ -214,6 +214,28 @@ TEST(GraphicsTest, LinearGradientRunsFromStartToEndColour)
     EXPECT_EQ(img.pixel(0, 60), img.pixel(3, 60));
 }
 
+TEST(GraphicsTest, AngledGradientRunsAlongItsAngleAcrossTheWholeRectangle)
+{
+    auto fill = [](float angle) {
+        QImage img = Canvas(40, 20);
+        CQKGraphics g(img);
+        g.FillRectangle(tagQKBrush::LinearAngle(QRectF(0, 0, 40, 20), kWhite, kBlack, angle, QKWrapClamp), 0, 0, 40, 20);
+        return img;
+    };
+    const QImage down = fill(90); // top to bottom
+    EXPECT_GT(At(down, 20, 0).red(), 240);
+    EXPECT_LT(At(down, 20, 19).red(), 15);
+    EXPECT_EQ(down.pixel(0, 10), down.pixel(39, 10));
+    const QImage left = fill(180); // right to left
+    EXPECT_GT(At(left, 39, 10).red(), 240);
+    EXPECT_LT(At(left, 0, 10).red(), 15);
+    // Diagonal: the corners it runs between take the two colours.
+    const QImage diag = fill(45);
+    EXPECT_GT(At(diag, 0, 0).red(), 235);
+    EXPECT_LT(At(diag, 39, 19).red(), 20);
+    EXPECT_NEAR(At(diag, 20, 10).red(), 128, 12);
+}
+
 TEST(GraphicsTest, GammaCorrectedGradientIsBrighterInTheMiddle)
 {
     auto middle = [](bool bGamma) {
