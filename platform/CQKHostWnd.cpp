@@ -156,7 +156,8 @@ int CQKHostWnd::RunModal()
 {
     if (!pWidget || pModalLoop)
         return -1;
-    if (pWidget->parentWidget() && pWidget->windowModality() != Qt::WindowModal) {
+    // A popup holds the input by being a popup already.
+    if (pWidget->parentWidget() && !pWidget->bPopup && pWidget->windowModality() != Qt::WindowModal) {
         // Modality can only change while the window is hidden.
         pWidget->hide();
         pWidget->setWindowModality(Qt::WindowModal);

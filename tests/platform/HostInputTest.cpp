@@ -355,3 +355,19 @@ TEST_F(HostInputTest, PopupClosesOnAPressOutsideAndKeepsTheMouseMeanwhile)
     driver.Release(QPoint(10, 25));
     EXPECT_EQ(host.MouseMessages(), std::vector<uint32_t>({ 513, 514 }));
 }
+
+TEST_F(HostInputTest, ClicksOnAChildThatIgnoresThemReachTheHost)
+{
+    // The video surface is such a child: it takes no clicks of its own, and the host's
+    // double click and right button handling see them in host pixels.
+    auto* child = new QWidget(host.NativeWidget());
+    child->setGeometry(20, 20, 50, 40);
+    child->show();
+    HostDriver::Pump(10);
+    driver.Press(QPoint(30, 35), Qt::RightButton);
+    driver.Release(QPoint(30, 35), Qt::RightButton);
+    driver.DoubleClick(QPoint(40, 30));
+    ASSERT_EQ(host.MouseMessages(), std::vector<uint32_t>({ 516, 517, 513, 514, 515, 514 }));
+    EXPECT_EQ(host.vecMouse[1].pt, QPoint(30, 35));
+    EXPECT_EQ(host.vecMouse[4].pt, QPoint(40, 30));
+}

@@ -245,6 +245,24 @@ TEST(HostWndTest, ModalLoopReturnsTheResultGivenToEndModal)
     EXPECT_FALSE(host.IsModalRunning());
     EXPECT_FALSE(host.IsWindowVisible());
     EXPECT_TRUE(host.IsWindow());
+
+    // A popup menu of an owner runs its own loop the same way and may end it by closing
+    // (a press outside destroys it): the loop ends with the result set so far.
+    HostRecorder menu;
+    CQKHostCreate pcs;
+    pcs.nStyle = QKHS_POPUP | QKHS_FRAMELESS;
+    pcs.pOwner = &host;
+    pcs.rcWindow = QRect(110, 110, 30, 30);
+    ASSERT_TRUE(menu.Create(pcs));
+    menu.onMessage = [&](uint32_t msg, uintptr_t w, intptr_t) {
+        if (msg == WM_COMMAND) {
+            menu.EndModal(static_cast<int>(w));
+            menu.DestroyWindow();
+        }
+    };
+    menu.PostMessage(WM_COMMAND, 12, 0);
+    EXPECT_EQ(menu.RunModal(), 12);
+    EXPECT_FALSE(menu.IsWindow());
 }
 
 TEST(HostWndTest, ClassNameTitleAndGeometryReachTheWindow)
