@@ -45,7 +45,8 @@ bool Run(std::vector<std::string> args)
     return WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0;
 }
 
-struct Media {
+struct Media
+{
     const char* pszName;
     std::string strPath;
 };
@@ -61,7 +62,8 @@ void MakeMedia()
     const char* pszTmp = std::getenv("TMPDIR");
     std::string strDir = std::string(pszTmp ? pszTmp : "/tmp") + "/orbel-bench-engine-" + std::to_string(getuid());
     Run({ "mkdir", "-p", strDir });
-    struct Recipe {
+    struct Recipe
+    {
         const char* pszName;
         const char* pszFile;
         std::vector<std::string> args;
@@ -69,8 +71,8 @@ void MakeMedia()
     const std::vector<std::string> h264 { "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p" };
     std::vector<Recipe> recipes {
         { "h264+aac 640x360 10s", "video.mkv",
-          { "-f", "lavfi", "-i", "testsrc=size=640x360:rate=25:duration=10", "-f", "lavfi", "-i",
-            "sine=duration=10", "-c:a", "aac" } },
+            { "-f", "lavfi", "-i", "testsrc=size=640x360:rate=25:duration=10", "-f", "lavfi", "-i",
+                "sine=duration=10", "-c:a", "aac" } },
         { "h264 1920x1080 10s", "hd.mp4", { "-f", "lavfi", "-i", "testsrc=size=1920x1080:rate=25:duration=10" } },
         { "mp3 10s", "sound.mp3", { "-f", "lavfi", "-i", "sine=duration=10", "-c:a", "libmp3lame" } },
     };
@@ -152,7 +154,7 @@ void BM_MpvProcessFirstFrame(benchmark::State& state)
         // One video frame shown, or 40 ms of sound for a file without video.
         const bool bSound = state.range(0) == 2;
         if (!Run({ "mpv", "--no-config", "--really-quiet", "--vo=null", "--ao=null", bSound ? "--end=0.04" : "--frames=1",
-                   m.strPath }))
+                m.strPath }))
             state.SkipWithError("mpv failed");
     }
 }
@@ -178,7 +180,7 @@ int main(int argc, char** argv)
     while (!qkplaydll_IsReady() && Clock::now() - tCreate < std::chrono::seconds(10))
         std::this_thread::sleep_for(std::chrono::microseconds(100));
     std::printf("first Play to ready, engine creation included: %.1f ms\n",
-                std::chrono::duration<double, std::milli>(Clock::now() - tCreate).count());
+        std::chrono::duration<double, std::milli>(Clock::now() - tCreate).count());
     qkplaydll_Stop();
     warm.join();
 

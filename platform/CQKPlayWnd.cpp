@@ -7,6 +7,7 @@
 #include <QOpenGLFunctions>
 #include <QOpenGLWidget>
 #include <QPointer>
+#include <memory>
 
 namespace {
 
@@ -28,14 +29,25 @@ public:
         pTarget->ctx = this;
     }
 
-    ~CQKPlayWidget() override { Detach(); }
+    ~CQKPlayWidget() override
+    {
+        // QOpenGLWidget's own destructor destroys the context after this one has run; the
+        // signal must not reach this half-destroyed object then.
+        *pAlive = false;
+        Detach();
+    }
 
 protected:
     void initializeGL() override
     {
         // A new context replaces the old one when the widget changes its top-level window.
         connect(
-            context(), &QOpenGLContext::aboutToBeDestroyed, this, [this] { Detach(); }, Qt::DirectConnection);
+            context(), &QOpenGLContext::aboutToBeDestroyed, this,
+            [this, pFlag = pAlive] {
+                if (*pFlag)
+                    Detach();
+            },
+            Qt::DirectConnection);
         bAttached = qkplay_video_attach(pTarget) != 0;
     }
 
@@ -80,6 +92,7 @@ private:
 
     qkplay_video* pTarget;
     bool bAttached { false };
+    std::shared_ptr<bool> pAlive { std::make_shared<bool>(true) };
 };
 
 } // namespace
