@@ -2,6 +2,8 @@
 // and the options written at the end.
 #include "PlayerProcess.h"
 
+#include "../player/WideFileText.h"
+
 #include "support/TestMedia.h"
 #include "support/TestPaths.h"
 
@@ -28,29 +30,6 @@ constexpr int kColourMs = 20000;
 QPoint VideoCentre(const QRect& rcWindow)
 {
     return QPoint(rcWindow.width() / 2, 31 + (rcWindow.height() - 82) / 2);
-}
-
-QString ReadWide(const QString& path)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return QString();
-    const QByteArray bytes = f.readAll();
-    if (bytes.size() < 2 || static_cast<uint8_t>(bytes[0]) != 0xFF || static_cast<uint8_t>(bytes[1]) != 0xFE)
-        return QString();
-    return QString(reinterpret_cast<const QChar*>(bytes.constData() + 2), (bytes.size() - 2) / 2);
-}
-
-void WriteWide(const QString& path, const QString& text)
-{
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QByteArray bytes("\xFF\xFE", 2);
-    for (QChar c : text) {
-        bytes.append(static_cast<char>(c.unicode() & 0xFF));
-        bytes.append(static_cast<char>(c.unicode() >> 8));
-    }
-    f.write(bytes);
 }
 
 class StartupE2ETest : public ::testing::Test
@@ -111,7 +90,7 @@ TEST_F(StartupE2ETest, StartWithoutFilesShowsTheWindowAndPlaysNothing)
     EXPECT_NEAR(rc.center().x(), 960, 2);
     EXPECT_NEAR(rc.center().y(), 540, 2);
     // The start-up list was written with no entry, and the video area stays black.
-    EXPECT_TRUE(WaitUntil([&] { return ReadWide(sandbox.SkinFolder() + "playercommand.dat").contains("<startupfiles/>"); }, 5000));
+    EXPECT_TRUE(WaitUntil([&] { return ReadWideFile(sandbox.SkinFolder() + "playercommand.dat").contains("<startupfiles/>"); }, 5000));
     EXPECT_TRUE(StaysColour(
         windows.front(), [](const QColor& c) { return c.red() < 30 && c.green() < 30 && c.blue() < 30; }, 1500));
 }
@@ -142,7 +121,7 @@ TEST_F(StartupE2ETest, SecondStartWithoutFilesLeavesPlaybackRunning)
     const unsigned long w = StartPlaying(red, IsRed);
     ASSERT_NE(w, 0u);
     EXPECT_EQ(sandbox.RunToEnd({}), 0);
-    EXPECT_TRUE(ReadWide(sandbox.SkinFolder() + "playercommand.dat").contains("<startupfiles/>"));
+    EXPECT_TRUE(ReadWideFile(sandbox.SkinFolder() + "playercommand.dat").contains("<startupfiles/>"));
     EXPECT_TRUE(StaysColour(w, IsRed, 1500));
     EXPECT_EQ(screen.FindWindows(kClass).size(), 1u);
 }
@@ -156,7 +135,7 @@ TEST_F(StartupE2ETest, HandOffSkipsWhatIsNotMediaAndPlaysTheNextFile)
     EXPECT_EQ(sandbox.RunToEnd({ notMedia, QStringLiteral("/no/such/file.mp4"), green, blue }), 0);
     EXPECT_TRUE(WaitForColour(w, IsGreen));
     // The list holds what existed, in order; the missing file was never written.
-    const QString list = ReadWide(sandbox.SkinFolder() + "playercommand.dat");
+    const QString list = ReadWideFile(sandbox.SkinFolder() + "playercommand.dat");
     EXPECT_EQ(list.count(QStringLiteral("<item ")), 3);
     EXPECT_FALSE(list.contains(QStringLiteral("/no/such/file.mp4")));
 }
@@ -169,12 +148,12 @@ TEST_F(StartupE2ETest, NonAsciiPathSurvivesTheHandOff)
     ASSERT_TRUE(QFile::copy(blue, odd));
     EXPECT_EQ(sandbox.RunToEnd({ odd }), 0);
     EXPECT_TRUE(WaitForColour(w, IsBlue));
-    EXPECT_TRUE(ReadWide(sandbox.SkinFolder() + "playercommand.dat").contains(QStringLiteral("日本語 €.mp4")));
+    EXPECT_TRUE(ReadWideFile(sandbox.SkinFolder() + "playercommand.dat").contains(QStringLiteral("日本語 €.mp4")));
 }
 
 TEST_F(StartupE2ETest, WithSingleInstanceOffTwoPlayersRun)
 {
-    WriteWide(sandbox.SkinFolder() + "playeroptions.dat", QStringLiteral("<options bOnlyOneInstance=\"0\" ds=\"1\"/>"));
+    ASSERT_TRUE(WriteWideFile(sandbox.SkinFolder() + "playeroptions.dat", QStringLiteral("<options bOnlyOneInstance=\"0\" ds=\"1\"/>")));
     QProcess* a = sandbox.Start({ red });
     ASSERT_EQ(screen.WaitForWindows(kClass, 1, kWindowMs).size(), 1u);
     QProcess* b = sandbox.Start({ blue });
@@ -223,14 +202,14 @@ TEST_F(StartupE2ETest, ClosingWritesAllTenOptionsWithTheDeliberateRules)
 {
     // A stored display ratio never takes effect, and is written back as the default; the
     // rest is kept. A hand-edited volume above 100 is kept as it is.
-    WriteWide(sandbox.SkinFolder() + "playeroptions.dat",
-        QStringLiteral("<options dr=\"5\" ds=\"1\" bAutoPlayNext=\"1\" bMute=\"1\" bOnlyOneInstance=\"1\" dVolumeScale=\"33.33333\" nYDel=\"4\"/>"));
+    ASSERT_TRUE(WriteWideFile(sandbox.SkinFolder() + "playeroptions.dat",
+        QStringLiteral("<options dr=\"5\" ds=\"1\" bAutoPlayNext=\"1\" bMute=\"1\" bOnlyOneInstance=\"1\" dVolumeScale=\"33.33333\" nYDel=\"4\"/>")));
     const unsigned long w = StartPlaying(red, IsRed);
     ASSERT_NE(w, 0u);
     screen.RequestClose(w);
     ASSERT_TRUE(PlayerSandbox::WaitForEnd(first, 15000));
     EXPECT_EQ(first->exitCode(), 0);
-    EXPECT_EQ(ReadWide(sandbox.SkinFolder() + "playeroptions.dat"),
+    EXPECT_EQ(ReadWideFile(sandbox.SkinFolder() + "playeroptions.dat"),
         QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n"
                        "<options dr=\"0\" ds=\"1\" bAutoPlayNext=\"1\" bMute=\"1\" bOnlyOneInstance=\"1\" "
                        "dVolumeScale=\"33.3333\" bAlwaysOnTop=\"0\" nYDel=\"4\" nUDel=\"0\" nVDel=\"0\"/>\r\n"));
@@ -246,7 +225,7 @@ TEST_F(StartupE2ETest, EscapeEndsThePlayerAndASecondStartNeverWritesOptions)
     screen.PressKey(w, "Escape");
     ASSERT_TRUE(PlayerSandbox::WaitForEnd(first, 15000));
     EXPECT_EQ(first->exitCode(), 0);
-    const QString options = ReadWide(sandbox.SkinFolder() + "playeroptions.dat");
+    const QString options = ReadWideFile(sandbox.SkinFolder() + "playeroptions.dat");
     for (const char* key : { "dr", "ds", "bAutoPlayNext", "bMute", "bOnlyOneInstance", "dVolumeScale", "bAlwaysOnTop", "nYDel", "nUDel", "nVDel" })
         EXPECT_TRUE(options.contains(QStringLiteral(" %1=\"").arg(QLatin1String(key)))) << key;
     // With the first player gone, a new start runs a window of its own at once.

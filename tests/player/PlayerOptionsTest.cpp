@@ -1,6 +1,8 @@
 // Reading and writing the ten persistent settings.
 #include "player/QKPlayerOptions.h"
 
+#include "WideFileText.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -8,33 +10,54 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 namespace opt = QKPlayerOptions;
+using orbeltest::ReadWideFile;
 
-// Writes text as the program's own files are: UTF-16LE with a byte order mark.
 void WriteWide(const QString& path, const QString& text)
 {
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QByteArray bytes("\xFF\xFE", 2);
-    for (QChar c : text) {
-        bytes.append(static_cast<char>(c.unicode() & 0xFF));
-        bytes.append(static_cast<char>(c.unicode() >> 8));
-    }
-    f.write(bytes);
+    ASSERT_TRUE(orbeltest::WriteWideFile(path, text));
 }
 
-QString ReadWide(const QString& path)
+// The ten values at one moment, compared as a whole.
+struct Values
 {
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return QString();
-    const QByteArray bytes = f.readAll();
-    if (bytes.size() < 2 || static_cast<uint8_t>(bytes[0]) != 0xFF || static_cast<uint8_t>(bytes[1]) != 0xFE)
-        return QStringLiteral("<no mark>");
-    return QString(reinterpret_cast<const QChar*>(bytes.constData() + 2), (bytes.size() - 2) / 2);
+    int32_t dr, ds, bAutoPlayNext, bMute, bOnlyOneInstance;
+    double dVolumeScale;
+    int32_t bAlwaysOnTop, nYDel, nUDel, nVDel;
+    bool operator==(const Values&) const = default;
+};
+
+Values Current()
+{
+    return { opt::dr, opt::ds, opt::bAutoPlayNext, opt::bMute, opt::bOnlyOneInstance, opt::dVolumeScale, opt::bAlwaysOnTop, opt::nYDel, opt::nUDel, opt::nVDel };
 }
+
+void Set(const Values& v)
+{
+    opt::dr = v.dr;
+    opt::ds = v.ds;
+    opt::bAutoPlayNext = v.bAutoPlayNext;
+    opt::bMute = v.bMute;
+    opt::bOnlyOneInstance = v.bOnlyOneInstance;
+    opt::dVolumeScale = v.dVolumeScale;
+    opt::bAlwaysOnTop = v.bAlwaysOnTop;
+    opt::nYDel = v.nYDel;
+    opt::nUDel = v.nUDel;
+    opt::nVDel = v.nVDel;
+}
+
+std::ostream& operator<<(std::ostream& os, const Values& v)
+{
+    return os << "dr " << v.dr << " ds " << v.ds << " next " << v.bAutoPlayNext << " mute " << v.bMute << " one " << v.bOnlyOneInstance
+              << " vol " << v.dVolumeScale << " top " << v.bAlwaysOnTop << " yuv " << v.nYDel << "," << v.nUDel << "," << v.nVDel;
+}
+
+// Values that differ from every built-in one, to see which keys a load touched.
+const Values kMarkers { 7, 3, 1, 1, 1, 12.5, 1, 11, -12, 13 };
 
 class PlayerOptionsTest : public ::testing::Test
 {
@@ -47,41 +70,17 @@ protected:
     void TearDown() override { opt::ResetToDefaults(); }
     QString Path() const { return dir.filePath(QStringLiteral("playeroptions.dat")); }
 
-    // Values that differ from every built-in one, to see which keys a load touched.
-    static void SetMarkers()
-    {
-        opt::dr = 7;
-        opt::ds = 3;
-        opt::bAutoPlayNext = 1;
-        opt::bMute = 1;
-        opt::bOnlyOneInstance = 1;
-        opt::dVolumeScale = 12.5;
-        opt::bAlwaysOnTop = 1;
-        opt::nYDel = 11;
-        opt::nUDel = -12;
-        opt::nVDel = 13;
-    }
-
     QTemporaryDir dir;
 };
 
 TEST_F(PlayerOptionsTest, BuiltInValuesBeforeAnyFile)
 {
-    EXPECT_EQ(opt::dr, 2);
-    EXPECT_EQ(opt::ds, 1);
-    EXPECT_EQ(opt::bAutoPlayNext, 0);
-    EXPECT_EQ(opt::bMute, 0);
-    EXPECT_EQ(opt::bOnlyOneInstance, 1);
-    EXPECT_DOUBLE_EQ(opt::dVolumeScale, 90.0);
-    EXPECT_EQ(opt::bAlwaysOnTop, 0);
-    EXPECT_EQ(opt::nYDel, 0);
-    EXPECT_EQ(opt::nUDel, 0);
-    EXPECT_EQ(opt::nVDel, 0);
+    EXPECT_EQ(Current(), (Values { 2, 1, 0, 0, 1, 90.0, 0, 0, 0, 0 }));
 }
 
 TEST_F(PlayerOptionsTest, UnreadableFilesTouchNothing)
 {
-    SetMarkers();
+    Set(kMarkers);
     // Missing file, a folder, an empty file, random bytes, and a document without `options`.
     opt::Load(Path());
     opt::Load(dir.path());
@@ -103,35 +102,16 @@ TEST_F(PlayerOptionsTest, UnreadableFilesTouchNothing)
     // An `options` element that never closes makes the whole file unreadable.
     WriteWide(Path(), QStringLiteral("<options dr=\"5\" ds=\"0\">"));
     opt::Load(Path());
-
-    EXPECT_EQ(opt::dr, 7);
-    EXPECT_EQ(opt::ds, 3);
-    EXPECT_EQ(opt::bAutoPlayNext, 1);
-    EXPECT_EQ(opt::bMute, 1);
-    EXPECT_EQ(opt::bOnlyOneInstance, 1);
-    EXPECT_DOUBLE_EQ(opt::dVolumeScale, 12.5);
-    EXPECT_EQ(opt::bAlwaysOnTop, 1);
-    EXPECT_EQ(opt::nYDel, 11);
-    EXPECT_EQ(opt::nUDel, -12);
-    EXPECT_EQ(opt::nVDel, 13);
+    EXPECT_EQ(Current(), kMarkers);
 }
 
 TEST_F(PlayerOptionsTest, MissingKeysReadZeroForTheFirstFiveAndKeepTheLastFive)
 {
-    SetMarkers();
+    Set(kMarkers);
     WriteWide(Path(), QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n<options/>\r\n"));
     opt::Load(Path());
-    EXPECT_EQ(opt::dr, 0);
-    EXPECT_EQ(opt::ds, 0);
-    EXPECT_EQ(opt::bAutoPlayNext, 0);
-    EXPECT_EQ(opt::bMute, 0);
-    // A file without the key turns the single instance off.
-    EXPECT_EQ(opt::bOnlyOneInstance, 0);
-    EXPECT_DOUBLE_EQ(opt::dVolumeScale, 12.5);
-    EXPECT_EQ(opt::bAlwaysOnTop, 1);
-    EXPECT_EQ(opt::nYDel, 11);
-    EXPECT_EQ(opt::nUDel, -12);
-    EXPECT_EQ(opt::nVDel, 13);
+    // A file without bOnlyOneInstance turns the single instance off; the volume stays.
+    EXPECT_EQ(Current(), (Values { 0, 0, 0, 0, 0, 12.5, 1, 11, -12, 13 }));
 }
 
 TEST_F(PlayerOptionsTest, ValuesAreReadAsTheyStandWithoutChecks)
@@ -140,16 +120,7 @@ TEST_F(PlayerOptionsTest, ValuesAreReadAsTheyStandWithoutChecks)
     WriteWide(Path(), QStringLiteral("<options dr=\"5\" ds=\"abc\" bAutoPlayNext=\"7x\" bMute=\"1\" bOnlyOneInstance=\" 1\" "
                                      "dVolumeScale=\"150.5\" bAlwaysOnTop=\"-3\" nYDel=\"2147483647\" nUDel=\"\" nVDel=\"-40\"/>"));
     opt::Load(Path());
-    EXPECT_EQ(opt::dr, 5);
-    EXPECT_EQ(opt::ds, 0);
-    EXPECT_EQ(opt::bAutoPlayNext, 7);
-    EXPECT_EQ(opt::bMute, 1);
-    EXPECT_EQ(opt::bOnlyOneInstance, 1);
-    EXPECT_DOUBLE_EQ(opt::dVolumeScale, 150.5);
-    EXPECT_EQ(opt::bAlwaysOnTop, -3);
-    EXPECT_EQ(opt::nYDel, 2147483647);
-    EXPECT_EQ(opt::nUDel, 0);
-    EXPECT_EQ(opt::nVDel, -40);
+    EXPECT_EQ(Current(), (Values { 5, 0, 7, 1, 1, 150.5, -3, 2147483647, 0, -40 }));
 
     WriteWide(Path(), QStringLiteral("<options dVolumeScale=\"loud\"/>"));
     opt::Load(Path());
@@ -169,7 +140,7 @@ TEST_F(PlayerOptionsTest, SaveWritesAllTenKeysInTheirOrder)
     opt::dr = 0;
     opt::nUDel = -5;
     ASSERT_TRUE(opt::Save(Path()));
-    EXPECT_EQ(ReadWide(Path()),
+    EXPECT_EQ(ReadWideFile(Path()),
         QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n"
                        "<options dr=\"0\" ds=\"1\" bAutoPlayNext=\"0\" bMute=\"0\" bOnlyOneInstance=\"1\" "
                        "dVolumeScale=\"90\" bAlwaysOnTop=\"0\" nYDel=\"0\" nUDel=\"-5\" nVDel=\"0\"/>\r\n"));
@@ -179,21 +150,14 @@ TEST_F(PlayerOptionsTest, SaveWritesAllTenKeysInTheirOrder)
 
 TEST_F(PlayerOptionsTest, RoundTripKeepsSixSignificantDigitsOfTheVolume)
 {
-    SetMarkers();
-    opt::dVolumeScale = 33.33333;
+    Values v = kMarkers;
+    v.dVolumeScale = 33.33333;
+    Set(v);
     ASSERT_TRUE(opt::Save(Path()));
     opt::ResetToDefaults();
     opt::Load(Path());
-    EXPECT_EQ(opt::dr, 7);
-    EXPECT_EQ(opt::ds, 3);
-    EXPECT_EQ(opt::bAutoPlayNext, 1);
-    EXPECT_EQ(opt::bMute, 1);
-    EXPECT_EQ(opt::bOnlyOneInstance, 1);
-    EXPECT_DOUBLE_EQ(opt::dVolumeScale, 33.3333);
-    EXPECT_EQ(opt::bAlwaysOnTop, 1);
-    EXPECT_EQ(opt::nYDel, 11);
-    EXPECT_EQ(opt::nUDel, -12);
-    EXPECT_EQ(opt::nVDel, 13);
+    v.dVolumeScale = 33.3333;
+    EXPECT_EQ(Current(), v);
 }
 
 TEST_F(PlayerOptionsTest, SaveWhereNoFileCanBeMadeFailsQuietly)
@@ -205,7 +169,7 @@ TEST_F(PlayerOptionsTest, SaveWhereNoFileCanBeMadeFailsQuietly)
     ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("playeroptions.dat")));
     EXPECT_FALSE(opt::Save(Path()));
     EXPECT_TRUE(QFileInfo(Path()).isDir());
-    EXPECT_EQ(ReadWide(dir.filePath(QStringLiteral("plain"))), QStringLiteral("<options/>"));
+    EXPECT_EQ(ReadWideFile(dir.filePath(QStringLiteral("plain"))), QStringLiteral("<options/>"));
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 // player reads back.
 #include "player/CQKStartupList.h"
 
+#include "WideFileText.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -10,15 +12,9 @@
 
 namespace {
 
-QString ReadWide(const QString& path)
+void WriteWideHelper(const QString& path, const QString& text)
 {
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return QStringLiteral("<missing>");
-    const QByteArray bytes = f.readAll();
-    if (bytes.size() < 2 || static_cast<uint8_t>(bytes[0]) != 0xFF || static_cast<uint8_t>(bytes[1]) != 0xFE)
-        return QStringLiteral("<no mark>");
-    return QString(reinterpret_cast<const QChar*>(bytes.constData() + 2), (bytes.size() - 2) / 2);
+    ASSERT_TRUE(orbeltest::WriteWideFile(path, text));
 }
 
 void WriteBytes(const QString& path, const QByteArray& bytes)
@@ -26,13 +22,6 @@ void WriteBytes(const QString& path, const QByteArray& bytes)
     QFile f(path);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
     f.write(bytes);
-}
-
-void WriteWide(const QString& path, const QString& text)
-{
-    QByteArray bytes("\xFF\xFE", 2);
-    bytes.append(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
-    WriteBytes(path, bytes);
 }
 
 class StartupListTest : public ::testing::Test
@@ -62,7 +51,7 @@ TEST_F(StartupListTest, KeepsExistingArgumentsAsTypedAndInOrder)
     ASSERT_TRUE(CQKStartupList::Write(List(), args, Module()));
     // The program's own path goes, a missing file goes, a relative path stays relative, and a
     // folder counts as existing (it fails later, as media).
-    EXPECT_EQ(ReadWide(List()),
+    EXPECT_EQ(orbeltest::ReadWideFile(List()),
         QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n"
                        "<startupfiles>\r\n"
                        "\t<item file=\"clip.mp4\"/>\r\n"
@@ -91,7 +80,7 @@ TEST_F(StartupListTest, EveryStartReplacesTheOldList)
     ASSERT_TRUE(CQKStartupList::Write(List(), { "clip.mp4" }, Module()));
     // Arguments that all fail still leave an empty list behind.
     ASSERT_TRUE(CQKStartupList::Write(List(), { Module(), "/missing" }, Module()));
-    EXPECT_EQ(ReadWide(List()), QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n<startupfiles/>\r\n"));
+    EXPECT_EQ(orbeltest::ReadWideFile(List()), QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n<startupfiles/>\r\n"));
     QStringList read { "stale" };
     ASSERT_TRUE(CQKStartupList::Read(List(), read));
     EXPECT_TRUE(read.isEmpty());
@@ -127,7 +116,7 @@ TEST_F(StartupListTest, UnreadableListsChangeNothing)
     WriteBytes(List(), noise);
     EXPECT_FALSE(CQKStartupList::Read(List(), read));
     // Half a list, as a reader may see while another start still writes one.
-    WriteWide(List(), QStringLiteral("<startupfiles>\r\n\t<item file=\"a\"/>\r\n"));
+    WriteWideHelper(List(), QStringLiteral("<startupfiles>\r\n\t<item file=\"a\"/>\r\n"));
     EXPECT_FALSE(CQKStartupList::Read(List(), read));
     EXPECT_FALSE(CQKStartupList::Read(dir.filePath("folder"), read));
     EXPECT_EQ(read, QStringList { "kept" });
@@ -135,14 +124,14 @@ TEST_F(StartupListTest, UnreadableListsChangeNothing)
 
 TEST_F(StartupListTest, HandWrittenListsReadOnlyDirectItems)
 {
-    WriteWide(List(), QStringLiteral("<!--startupfiles--><startupfiles><item file=\"a\"/><item/><other file=\"x\"/>"
-                                     "<item file=\"b\"><item file=\"c\"/></item><!--item--></startupfiles>"));
+    WriteWideHelper(List(), QStringLiteral("<!--startupfiles--><startupfiles><item file=\"a\"/><item/><other file=\"x\"/>"
+                                           "<item file=\"b\"><item file=\"c\"/></item><!--item--></startupfiles>"));
     QStringList read;
     ASSERT_TRUE(CQKStartupList::Read(List(), read));
     EXPECT_EQ(read, (QStringList { "a", "", "b" }));
 
     // Without the root the list has no entries, but it was read.
-    WriteWide(List(), QStringLiteral("<files><item file=\"a\"/></files>"));
+    WriteWideHelper(List(), QStringLiteral("<files><item file=\"a\"/></files>"));
     read = QStringList { "stale" };
     ASSERT_TRUE(CQKStartupList::Read(List(), read));
     EXPECT_TRUE(read.isEmpty());
