@@ -176,21 +176,6 @@ TEST_F(EditWndTest, MultiLineFieldTakesLineBreaks)
     EXPECT_EQ(changes, 2);
 }
 
-TEST_F(EditWndTest, ColoursFollowTheEnabledState)
-{
-    CQKEditWnd edit;
-    ASSERT_TRUE(edit.Create(&host, QRect(10, 10, 120, 20)));
-    edit.SetColors(0xFF112233, 0xFFF0E0D0, 0xFF808080, 0xFFC0C0C0);
-    const QPalette pal = edit.NativeWidget()->palette();
-    EXPECT_EQ(pal.color(QPalette::Active, QPalette::Base), QColor(0xF0, 0xE0, 0xD0));
-    EXPECT_EQ(pal.color(QPalette::Active, QPalette::Text), QColor(0x11, 0x22, 0x33));
-    EXPECT_EQ(pal.color(QPalette::Disabled, QPalette::Base), QColor(0xC0, 0xC0, 0xC0));
-    edit.EnableWindow(false);
-    EXPECT_FALSE(edit.IsEnabled());
-    edit.ShowWindow(false);
-    EXPECT_FALSE(edit.IsVisible());
-}
-
 TEST(EditWndLifetimeTest, FieldGoesWithItsHostWindow)
 {
     HostRecorder host;

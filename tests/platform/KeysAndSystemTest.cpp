@@ -60,8 +60,3 @@ TEST(SystemTest, ClipboardTextRoundTrips)
     QKSetClipboardText(QString());
     EXPECT_TRUE(QKGetClipboardText().isEmpty());
 }
-
-TEST(SystemTest, OpeningNothingFails)
-{
-    EXPECT_FALSE(QKOpenURL(QString()));
-}

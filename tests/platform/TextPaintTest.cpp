@@ -232,22 +232,3 @@ TEST(TextPaintTest, EmptyBoxIsAPointToAlignAround)
     EXPECT_TRUE(g.MeasureString(QString(), Arial(14), QRectF(0, 0, 100, 100), Format(0, 0), &lines).isEmpty());
     EXPECT_EQ(lines, 0);
 }
-
-TEST(TextPaintTest, StylesChangeTheGlyphs)
-{
-    QImage img(10, 10, QImage::Format_ARGB32_Premultiplied);
-    CQKGraphics g(img);
-    const tagQKStringFormat fmt = Format(0, 0, QKFormatNoWrap);
-    const double regular = g.MeasureString("Bold text here", Arial(16), QRectF(), fmt).width();
-    const double bold = g.MeasureString("Bold text here", Arial(16, QKFontBold), QRectF(), fmt).width();
-    EXPECT_GT(bold, regular);
-    // Underline puts ink under the glyphs.
-    const QRect plainInk = InkBox(Draw("xxxx", QRectF(0, 0, 200, 100), fmt));
-    QImage under(200, 100, QImage::Format_ARGB32_Premultiplied);
-    under.fill(0);
-    {
-        CQKGraphics gu(under);
-        gu.DrawString("xxxx", Arial(16, QKFontUnderline), QRectF(0, 0, 200, 100), fmt, tagQKBrush::Solid(0xFF000000));
-    }
-    EXPECT_GT(InkBox(under).bottom(), plainInk.bottom());
-}
