@@ -15,6 +15,7 @@
 
 #include <QFileInfo>
 #include <QTransform>
+#include <algorithm>
 
 // --- construction and plain operations ------------------------------------------------
 
@@ -59,7 +60,18 @@ void CQKButton::LoadImage(const QString& path)
 
 bool CQKButton::HitTest(const QPoint& pt) const
 {
-    return pt.x() >= nX && pt.y() >= nY && pt.x() < nX + nWidth && pt.y() < nY + nHeight;
+    // In 64 bits: a hand-edited skin may place a control at the very end of the range.
+    return pt.x() >= nX && pt.y() >= nY && int64_t(pt.x()) < int64_t(nX) + nWidth && int64_t(pt.y()) < int64_t(nY) + nHeight;
+}
+
+QRect CQKButton::GetRect() const
+{
+    // Held inside the range of a rectangle, however large the numbers.
+    auto span = [](int32_t start, int32_t length) {
+        const int64_t room = int64_t(INT32_MAX) - start + 1;
+        return static_cast<int>(std::clamp<int64_t>(length, 0, std::max<int64_t>(room, 0)));
+    };
+    return QRect(nX, nY, span(nX, nWidth), span(nY, nHeight));
 }
 
 // --- built-in glyph faces ---------------------------------------------------------------
@@ -397,10 +409,16 @@ void CQKButton::Paint(CQKGraphics* pGraphics, QImage* pBitmap)
         if (!bVisible)
             return;
         pBackCache.reset();
-        // What lies beneath the control at this moment of the composition, for lone repaints.
-        if (bCacheBackground && pBitmap)
-            pBackCache = std::make_unique<QImage>(pBitmap->copy(nX, nY, nWidth, nHeight));
-        const QRect rc(nX, nY, nWidth, nHeight);
+        // What lies beneath the control at this moment of the composition, for lone repaints:
+        // the part of it inside the composition, which is all a lone repaint can show.
+        if (bCacheBackground && pBitmap) {
+            const QRect rcCache = GetRect().intersected(pBitmap->rect());
+            if (!rcCache.isEmpty()) {
+                pBackCache = std::make_unique<QImage>(pBitmap->copy(rcCache));
+                ptBackCache = rcCache.topLeft();
+            }
+        }
+        const QRect rc = GetRect();
         if (!PaintFace(pGraphics, rc) && pImage)
             PaintPicture(pGraphics, rc, false);
         PaintContent(pGraphics, QRectF(rc));
@@ -408,27 +426,35 @@ void CQKButton::Paint(CQKGraphics* pGraphics, QImage* pBitmap)
     }
     if (!bVisible || !CQKHostWnd::IsWindow(hWndHost))
         return;
-    QImage image(nWidth, nHeight, QImage::Format_ARGB32_Premultiplied);
+    // Only the part of the control inside the window is painted: a control far larger than
+    // its window (a hand-edited skin) costs no more than the window itself.
+    const QRect rcVisible = GetRect().intersected(hWndHost->GetClientRect());
+    if (rcVisible.isEmpty())
+        return;
+    QImage image(rcVisible.size(), QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull())
+        return;
     {
         CQKGraphics g(image);
+        g.FillRectangle(tagQKBrush::Solid(QKColorFromBGR(g_clrFace, 255)), 0, 0, rcVisible.width(), rcVisible.height());
         if (pBackCache)
-            g.DrawImage(*pBackCache, QRectF(0, 0, nWidth, nHeight), QRectF(pBackCache->rect()));
-        else
-            g.FillRectangle(tagQKBrush::Solid(QKColorFromBGR(g_clrFace, 255)), 0, 0, nWidth, nHeight);
+            g.DrawImage(*pBackCache, QRectF(QPointF(ptBackCache - rcVisible.topLeft()), QSizeF(pBackCache->size())), QRectF(pBackCache->rect()));
+        // From here on the control's own top-left corner is the origin.
+        g.TranslateTransform(static_cast<float>(nX - rcVisible.x()), static_cast<float>(nY - rcVisible.y()));
         const QRect rc(0, 0, nWidth, nHeight);
         if (!PaintFace(&g, rc) && pImage)
             PaintPicture(&g, rc, true);
         PaintContent(&g, QRectF(rc));
     }
-    CopyToHost(image);
+    CopyToHost(image, rcVisible.topLeft());
 }
 
-void CQKButton::CopyToHost(QImage& image)
+void CQKButton::CopyToHost(QImage& image, QPoint ptDest)
 {
     // The screen takes colour only: whatever alpha the picture has is dropped, as the copy of
     // composed pixels to a window always does (read as opaque in place, without a copy).
     image.reinterpretAsFormat(QImage::Format_RGB32);
-    hWndHost->UpdateWindowFromImage(image, QPoint(nX, nY));
+    hWndHost->UpdateWindowFromImage(image, ptDest);
 }
 
 // Cuts the picture into frames side by side and draws the one for the state.
@@ -468,7 +494,7 @@ void CQKButton::PaintPicture(CQKGraphics* pGraphics, const QRect& rc, bool bLone
         int dh = ih;
         // A frame larger than the control is squeezed into it. A lone repaint tests the
         // centred position against its own origin, which comes to nearly the same.
-        const bool bTooWide = bLone ? x < 0 : iw > 4 * w;
+        const bool bTooWide = bLone ? x < 0 : iw > 4 * int64_t(w);
         const bool bTooHigh = bLone ? y < 0 : ih > h;
         if (bTooWide) {
             x = rc.x();
@@ -657,7 +683,10 @@ void CQKButton::ShowToolTip(int bShow)
     if (pToolTipWnd->IsWindowVisible())
         return;
     pToolTipWnd->strText = strToolTip;
-    const QRect rcTip = CQKToolTipWnd::PlaceBelow(hWndHost->ClientToScreen(QPoint(nX, nY + nHeight + 10)), pToolTipWnd->Measure(), nHeight,
+    // Numbers of any size stay within reach of the screen, so that nothing overflows.
+    auto near = [](int64_t v) { return static_cast<int>(std::clamp<int64_t>(v, -(1 << 24), 1 << 24)); };
+    const QPoint ptBelow(near(nX), near(int64_t(nY) + nHeight + 10));
+    const QRect rcTip = CQKToolTipWnd::PlaceBelow(hWndHost->ClientToScreen(ptBelow), pToolTipWnd->Measure(), near(nHeight),
         CQKHostWnd::GetPrimaryScreenRect(), CQKHostWnd::GetPrimaryWorkArea());
     pToolTipWnd->MoveWindow(rcTip);
     pToolTipWnd->ShowWindow(SW_SHOWNOACTIVATE);

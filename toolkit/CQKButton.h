@@ -51,8 +51,8 @@ public:
     void SetCursor(uint32_t nCursor) { hCursor = nCursor; }
     void SetHoverFrame(bool bOn) { bHoverFrame = bOn ? 1 : 0; }
     void EnableBackgroundCache(bool bOn) { bCacheBackground = bOn ? 1 : 0; }
-    // Left, top, right, bottom.
-    QRect GetRect() const { return QRect(nX, nY, nWidth, nHeight); }
+    // The control's rectangle (left, top, right, bottom), held inside the range of a rectangle.
+    QRect GetRect() const;
     uint32_t GetID() const { return nID; }
     bool IsEnabled() const { return bEnabled != 0; }
     bool IsVisible() const { return bVisible != 0; }
@@ -98,8 +98,8 @@ protected:
     // Draws the picture's frame for the current state into `rc` (host or local coordinates).
     // `bLone` is set in a repaint of this control alone.
     void PaintPicture(CQKGraphics* pGraphics, const QRect& rc, bool bLone);
-    // Copies a picture of this control's size to the host at nX, nY.
-    void CopyToHost(QImage& image);
+    // Copies a picture to the host at `ptDest` (client pixels).
+    void CopyToHost(QImage& image, QPoint ptDest);
 
 public:
     std::vector<std::unique_ptr<tagQKFace>> vecFaces; // drawn faces; one that applies hides the picture
@@ -108,7 +108,8 @@ public:
     int32_t bVisible { 1 };
     std::unique_ptr<QImage> pImage; // picture: a strip of state frames
     uint32_t nTextAlign { 2 }; // 0 left, 1 right, 2 centre, 3 centre and bottom
-    std::unique_ptr<QImage> pBackCache; // what lies beneath the control
+    std::unique_ptr<QImage> pBackCache; // what lies beneath the control (its part inside the window)
+    QPoint ptBackCache; // where pBackCache lies in the host
     int32_t nX { 0 };
     int32_t nY { 0 };
     int32_t nWidth { 0 };

@@ -332,6 +332,29 @@ TEST_F(ButtonTest, LoneRepaintUsesTheSavedBackgroundOrTheGround)
     button->MoveTo(21, 20, 60, 30, 0);
 }
 
+TEST_F(ButtonTest, ControlFarLargerThanItsWindowRepaintsOnlyWhatShows)
+{
+    const QImage white = Solid(3, 3, Qt::white);
+    button->SetImage(&white);
+    button->nFrames = 1;
+    button->EnableBackgroundCache(true);
+    button->MoveTo(-50000, -50000, 200000, 200000, 0);
+    host.Manager()->PaintAll();
+    ASSERT_TRUE(button->pBackCache);
+    EXPECT_EQ(button->pBackCache->size(), QSize(200, 100)) << "only the part inside the window is kept";
+    host.Move(QPoint(100, 50)); // hover: a lone repaint
+    EXPECT_EQ(button->nState, 1u);
+    EXPECT_EQ(PixelAt(host.HostImage(), 100, 50), QColor(Qt::white));
+
+    // At the very end of the number range nothing overflows.
+    button->MoveTo(INT32_MAX - 5, INT32_MAX - 5, INT32_MAX, INT32_MAX, 0);
+    host.Move(QPoint(150, 80));
+    EXPECT_EQ(button->nState, 0u);
+    EXPECT_EQ(button->GetRect().right(), INT32_MAX);
+    host.Manager()->PaintAll();
+    button->Paint(nullptr, nullptr);
+}
+
 TEST_F(ButtonTest, HidingLeavesTheHoleForTheNextFullRepaint)
 {
     const QImage strip = Strip(10, 6, { Qt::red, Qt::red, Qt::red, Qt::red });
