@@ -128,8 +128,11 @@ bool CQKEngine::Play(const std::string& strPath, qkplay_video* pVideo, const qkp
     if (!EnsureHandleLocked())
         return false;
 
+    // An earlier Play that still blocks returns now; what it reached is kept for its result.
+    nSupersededSession = nSession;
+    bSupersededLoaded = bActive && bEverLoaded && !bFailed;
     const uint64_t nMine = ++nSession;
-    cvSession.notify_all(); // an earlier Play that still blocks returns now
+    cvSession.notify_all();
     bActive = true;
     bStopRequested = bEnded = bFailed = bLoaded = bEverLoaded = bPaused = bPosted = false;
     bSeekPending = false;
@@ -151,13 +154,12 @@ bool CQKEngine::Play(const std::string& strPath, qkplay_video* pVideo, const qkp
     }
 
     cvSession.wait(lk, [&] { return nSession != nMine || bStopRequested || bEnded || bQuit; });
-    const bool bOk = bEverLoaded && !bFailed;
-    if (nSession == nMine) {
-        bActive = false;
-        bLoaded = false;
-        dPos = 0.0;
-    }
-    return bOk;
+    if (nSession != nMine)
+        return nSupersededSession == nMine && bSupersededLoaded;
+    bActive = false;
+    bLoaded = false;
+    dPos = 0.0;
+    return bEverLoaded && !bFailed;
 }
 
 void CQKEngine::Stop()

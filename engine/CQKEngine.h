@@ -100,6 +100,8 @@ private:
     double dLastSeek { 0.0 };
     double dPos { 0.0 };
     int64_t nEntryId { -1 };
+    uint64_t nSupersededSession { 0 };
+    bool bSupersededLoaded { false };
     qkplay_notify notify { nullptr, nullptr };
     int nNotifyMsg { 0 };
 
