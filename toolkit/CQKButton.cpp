@@ -68,7 +68,7 @@ QRect CQKButton::GetRect() const
 {
     // Held inside the range of a rectangle, however large the numbers.
     auto span = [](int32_t start, int32_t length) {
-        const int64_t room = int64_t(INT32_MAX) - start + 1;
+        const int64_t room = int64_t(INT32_MAX) - start;
         return static_cast<int>(std::clamp<int64_t>(length, 0, std::max<int64_t>(room, 0)));
     };
     return QRect(nX, nY, span(nX, nWidth), span(nY, nHeight));
