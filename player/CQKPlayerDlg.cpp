@@ -1,25 +1,14 @@
 #include "player/CQKPlayerDlg.h"
 
+#include "platform/CQKGraphics.h"
 #include "platform/CQKPlayWnd.h"
 #include "platform/QKKeys.h"
 #include "platform/QKMessages.h"
 #include "platform/QKSystem.h"
 #include "player/CQKPlayerApp.h"
 #include "player/QKPlayerOptions.h"
-#include "toolkit/QKTheme.h"
-
-#include "platform/CQKGraphics.h"
 #include "toolkit/CQKUIManager.h"
-
-namespace {
-
-// Control number of the video surface inside the main window.
-constexpr int kPlayWndID = 30;
-// The smallest window that dragging makes.
-constexpr int kMinWidth = 330;
-constexpr int kMinHeight = 322;
-
-} // namespace
+#include "toolkit/QKTheme.h"
 
 CQKPlayerDlg::CQKPlayerDlg()
 {
@@ -68,16 +57,14 @@ void CQKPlayerDlg::OnCreate()
     // The video surface: a hidden child over the video area, painted by the engine alone.
     m_wndPlay = std::make_unique<CQKPlayWnd>();
     m_wndPlay->Create(this);
-    (void)kPlayWndID;
     // The full-screen bars come with full screen.
 }
 
 void CQKPlayerDlg::OnInitDialog()
 {
     // Dropped files need no privilege filter here.
+    // The smallest window size for dragging comes with the frame's grips.
     m_rcVideo = QRect(0, 0, 856, 480);
-    (void)kMinWidth;
-    (void)kMinHeight;
     // Start size, centred on the primary screen.
     const QRect rcScreen = GetPrimaryWorkArea();
     MoveWindow(rcScreen.x() + (rcScreen.width() - kStartWidth) / 2, rcScreen.y() + (rcScreen.height() - kStartHeight) / 2, kStartWidth, kStartHeight, false);

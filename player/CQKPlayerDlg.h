@@ -86,26 +86,6 @@ public:
     // Ends the program the way every close command does.
     void OnCancel();
 
-    // State of the media (read by the start-up list and by tests).
-    QString m_strMediaPath;
-    QStringList m_arrFiles;
-    int32_t m_bHasVideo { 1 };
-    int32_t m_nVideoWidth { 0 };
-    int32_t m_nVideoHeight { 0 };
-    double m_dDuration { 0.0 };
-    int32_t m_bInfoLoaded { 0 };
-    int32_t m_bAudioOnly { 0 };
-
-    // State of the window.
-    QRect m_rcVideo { 0, 0, 856, 480 };
-    int32_t m_bFullScreen { 0 };
-    int32_t m_bMaximized { 0 };
-    int32_t m_bInMaximize { 0 };
-    int32_t m_bCursorVisible { 1 };
-    uint64_t m_dwLastMoveTick { 0 };
-    QPoint m_ptLastCursor;
-    int32_t m_bHasTaskbarList { 0 };
-
 protected:
     void OnCreate() override;
     intptr_t OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam) override;
@@ -125,6 +105,29 @@ private:
     // The engine's end-of-media notice, posted from its own thread.
     static void PostFromEngine(void* pCtx, int nMessage);
 
+public:
+    // State of the media. The application's start-up reading fills the queue and the current
+    // file directly, as the window's own units do.
+    QString m_strMediaPath;
+    QStringList m_arrFiles;
+    int32_t m_bHasVideo { 1 };
+    int32_t m_nVideoWidth { 0 };
+    int32_t m_nVideoHeight { 0 };
+    double m_dDuration { 0.0 };
+    int32_t m_bInfoLoaded { 0 };
+    int32_t m_bAudioOnly { 0 };
+
+    // State of the window.
+    QRect m_rcVideo { 0, 0, 856, 480 };
+    int32_t m_bFullScreen { 0 };
+    int32_t m_bMaximized { 0 };
+    int32_t m_bInMaximize { 0 };
+    int32_t m_bCursorVisible { 1 };
+    uint64_t m_dwLastMoveTick { 0 };
+    QPoint m_ptLastCursor;
+    int32_t m_bHasTaskbarList { 0 };
+
+private:
     std::unique_ptr<CQKPlayWnd> m_wndPlay;
     std::unique_ptr<std::thread> m_hPlayThread;
     // Set by the play thread as its last act.
