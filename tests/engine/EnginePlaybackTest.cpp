@@ -146,6 +146,28 @@ TEST(PlaybackTest, StopEndsPlayPromptlyInEveryStateAndPostsNothing)
     }
 }
 
+TEST(PlaybackTest, PauseAndSeekDuringLoadingApplyOnceOpen)
+{
+    // The player does not wait for the engine after starting the play thread: a pause and a
+    // seek may come while the file is still opening.
+    WaitUntil([] { return !EngineHasFile(); }, 3000ms);
+    PlaySession session;
+    session.Start(Clip(3.0));
+    WaitForLoadfile();
+    qkplaydll_PauseOrResume();
+    qkplaydll_SetCurrentPos(1.5);
+    EXPECT_EQ(qkplaydll_getLastSeekingPos(), 1.5);
+    ASSERT_TRUE(session.WaitReady());
+    EXPECT_EQ(qkplaydll_IsPlaying(), 0) << "opens paused";
+    EXPECT_TRUE(WaitUntil([] { return std::abs(qkplaydll_getCurrentPos() - 1.5) < 0.1; }, 3000ms))
+        << "position " << qkplaydll_getCurrentPos();
+    qkplaydll_PauseOrResume();
+    EXPECT_NE(qkplaydll_IsPlaying(), 0);
+    qkplaydll_Stop();
+    EXPECT_TRUE(session.Join());
+    EXPECT_TRUE(session.Messages().empty());
+}
+
 TEST(PlaybackTest, SeekBeyondTheEndEndsTheMedia)
 {
     PlaySession session;
