@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <dlfcn.h>
 #include <mpv/render_gl.h>
 
 namespace qkplay {
@@ -59,6 +60,19 @@ std::string Offset(int nDelta)
     return (nDelta > 0 ? "val+" : "val-") + std::to_string(std::abs(nDelta));
 }
 
+// ALSA prints a dozen lines to stderr each time a file looks for a sound card on a machine
+// without one. The program keeps no log, so its messages are dropped. libmpv loads ALSA
+// itself; the library is only looked up, never loaded for this.
+void NoAlsaMessage(const char*, int, const char*, int, const char*, ...) { }
+
+void QuietAlsa()
+{
+    using Handler = void (*)(const char*, int, const char*, int, const char*, ...);
+    using SetHandler = int (*)(Handler);
+    if (auto pSet = reinterpret_cast<SetHandler>(dlsym(RTLD_DEFAULT, "snd_lib_error_set_handler")))
+        pSet(&NoAlsaMessage);
+}
+
 } // namespace
 
 CQKEngine& CQKEngine::Instance()
@@ -100,6 +114,7 @@ bool CQKEngine::EnsureHandleLocked()
     mpv_handle* pNew = mpv_create();
     if (!pNew)
         return false;
+    QuietAlsa();
     for (const auto& option : kOptions)
         mpv_set_option_string(pNew, option[0], option[1]);
     double dInitialVolume = dVolume * 100.0;
