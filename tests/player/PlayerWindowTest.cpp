@@ -13,9 +13,11 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QKeyEvent>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -145,6 +147,28 @@ TEST_F(PlayerWindowTest, EndOfFileStopsUnlessPlayNextIsOn)
         dlg.OnPlayPause();
         EXPECT_TRUE(dlg.HasTimer(QKTIMER_POSITION));
         EXPECT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() != 0; }));
+    });
+}
+
+TEST_F(PlayerWindowTest, SpacePausesAndResumes)
+{
+    const QString video = TestMedia::VideoWithSound(20.0);
+    HandOver({ video });
+    CQKPlayerDlg dlg;
+    RunWindow(dlg, [&] {
+        ASSERT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() != 0; }));
+        auto pressSpace = [&] {
+            QKeyEvent down(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
+            QKeyEvent up(QEvent::KeyRelease, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
+            QCoreApplication::sendEvent(dlg.NativeWidget(), &down);
+            QCoreApplication::sendEvent(dlg.NativeWidget(), &up);
+        };
+        pressSpace();
+        EXPECT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() == 0 && qkplaydll_IsReady() != 0; }));
+        EXPECT_FALSE(dlg.HasTimer(QKTIMER_POSITION));
+        pressSpace();
+        EXPECT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() != 0; }));
+        EXPECT_TRUE(dlg.HasTimer(QKTIMER_POSITION));
     });
 }
 
