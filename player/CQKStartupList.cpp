@@ -41,17 +41,23 @@ bool CQKStartupList::Read(const QString& strPath, QStringList& arrFiles)
     CQKXmlDocument doc;
     if (!doc.LoadFile(Wide(strPath)))
         return false;
-    arrFiles.clear();
+    arrFiles = Entries(doc);
+    return true;
+}
+
+QStringList CQKStartupList::Entries(const CQKXmlDocument& doc)
+{
+    QStringList arrFiles;
     QKXMLPOS pos = nullptr;
     CQKXmlNode* pRoot = doc.FindChild(u"startupfiles", pos);
     while (pRoot && pRoot->GetType() != CQKXmlNode::kTypeElement)
         pRoot = pos ? doc.FindNextChild(u"startupfiles", pos) : nullptr;
     if (!pRoot)
-        return true;
+        return arrFiles;
     QKXMLPOS posItem = nullptr;
     for (CQKXmlNode* pItem = pRoot->FindChild(u"item", posItem); pItem; pItem = posItem ? pRoot->FindNextChild(u"item", posItem) : nullptr) {
         if (pItem->GetType() == CQKXmlNode::kTypeElement)
             arrFiles.append(QString::fromUtf16(pItem->GetAttribute(u"file", u"")));
     }
-    return true;
+    return arrFiles;
 }

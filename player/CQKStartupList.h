@@ -9,6 +9,8 @@
 #include <QString>
 #include <QStringList>
 
+class CQKXmlDocument;
+
 class CQKStartupList
 {
 public:
@@ -23,4 +25,6 @@ public:
     // `file` attribute gives an empty entry. False, with arrFiles untouched, when the file
     // cannot be read. A document without a `startupfiles` root reads as a list without entries.
     static bool Read(const QString& strPath, QStringList& arrFiles);
+    // The entries of a document already loaded.
+    static QStringList Entries(const CQKXmlDocument& doc);
 };

@@ -16,8 +16,12 @@ const char16_t* Wide(const QString& s)
 void Load(const QString& strPath)
 {
     CQKXmlDocument doc;
-    if (!doc.LoadFile(Wide(strPath)))
-        return;
+    if (doc.LoadFile(Wide(strPath)))
+        Apply(doc);
+}
+
+void Apply(const CQKXmlDocument& doc)
+{
     // The first top-level element of that name; a comment that reads "options" is not it.
     QKXMLPOS pos = nullptr;
     CQKXmlNode* pOptions = doc.FindChild(u"options", pos);

@@ -11,6 +11,8 @@
 #include <QString>
 #include <cstdint>
 
+class CQKXmlDocument;
+
 namespace QKPlayerOptions {
 
 // Built-in values, in force before the file is read and whenever it cannot be read.
@@ -38,6 +40,8 @@ inline constexpr char16_t kFileName[] = u"playeroptions.dat";
 // a missing one among the last five keeps its value: a file without bOnlyOneInstance thus
 // turns the single instance off. Values are not checked; text that is not a number reads 0.
 void Load(const QString& strPath);
+// The same for a document already loaded.
+void Apply(const CQKXmlDocument& doc);
 
 // Writes all ten keys to strPath, replacing the file. Integers are written with "%d" and the
 // volume with "%g" (six significant digits: 33.33333 comes back as 33.3333). Returns false
