@@ -1,5 +1,6 @@
 // The main window's start-up reading and its playback control, with the real engine and no
 // picture (the window itself is not made: the engine then plays sound and time only).
+#include "PlayerFixture.h"
 #include "engine/qkplay.h"
 #include "platform/QKAppFolder.h"
 #include "player/CQKPlayerApp.h"
@@ -17,44 +18,12 @@
 #include <gtest/gtest.h>
 
 using orbeltest::TestMedia;
+using orbeltest::WaitFor;
 
 namespace {
 
-bool WaitFor(const std::function<bool()>& pred, int ms = 10000)
+class PlayerDlgTest : public orbeltest::PlayerFixture
 {
-    QDeadlineTimer deadline(ms);
-    while (!pred() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(10);
-    }
-    return pred();
-}
-
-class PlayerDlgTest : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(dir.isValid());
-        ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("skin")));
-        QKSetAppFolderForTesting(dir.path());
-        QKPlayerOptions::ResetToDefaults();
-    }
-    void TearDown() override
-    {
-        qkplaydll_Stop();
-        QKSetAppFolderForTesting(QString());
-        QKPlayerOptions::ResetToDefaults();
-    }
-    // What a start with these files leaves for the player; the first entry of a command line
-    // is always the program itself.
-    void HandOver(const QStringList& files)
-    {
-        const QString module = QCoreApplication::applicationFilePath();
-        CQKStartupList::Write(theApp.GetStartupFilePath(), QStringList { module } + files, module);
-    }
-
-    QTemporaryDir dir;
 };
 
 TEST_F(PlayerDlgTest, EveryRunStartsInTheDefaultDisplayRatio)

@@ -1,5 +1,6 @@
 // The main window in a real X session: what its initialisation sets up, the hand-off message,
 // the end of a file, and its end.
+#include "PlayerFixture.h"
 #include "engine/qkplay.h"
 #include "platform/QKAppFolder.h"
 #include "platform/QKMessages.h"
@@ -24,6 +25,7 @@
 #include <string>
 
 using orbeltest::TestMedia;
+using orbeltest::WaitFor;
 
 namespace {
 
@@ -35,37 +37,9 @@ std::string EngineProperty(const char* name)
     return s;
 }
 
-bool WaitFor(const std::function<bool()>& pred, int ms = 10000)
-{
-    QDeadlineTimer deadline(ms);
-    while (!pred() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(5);
-    }
-    return pred();
-}
-
-class PlayerWindowTest : public ::testing::Test
+class PlayerWindowTest : public orbeltest::PlayerFixture
 {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(dir.isValid());
-        ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("skin")));
-        QKSetAppFolderForTesting(dir.path());
-        QKPlayerOptions::ResetToDefaults();
-    }
-    void TearDown() override
-    {
-        qkplaydll_Stop();
-        QKSetAppFolderForTesting(QString());
-        QKPlayerOptions::ResetToDefaults();
-    }
-    void HandOver(const QStringList& files)
-    {
-        const QString module = QCoreApplication::applicationFilePath();
-        CQKStartupList::Write(theApp.GetStartupFilePath(), QStringList { module } + files, module);
-    }
     // Runs the window until `script` has run; the script gets the window once it is up and
     // returns when the window may close.
     static void RunWindow(CQKPlayerDlg& dlg, const std::function<void()>& script)
@@ -79,8 +53,6 @@ protected:
         dlg.DoModal();
         EXPECT_TRUE(bRan);
     }
-
-    QTemporaryDir dir;
 };
 
 TEST_F(PlayerWindowTest, InitialisationTellsTheEngineAndSetsTheWindowUp)
