@@ -12,7 +12,13 @@ static QString FolderFromEnv(const char* name)
     return s;
 }
 
-QString SourceDir() { return FolderFromEnv("ORBEL_SOURCE_DIR"); }
-QString BinDir() { return FolderFromEnv("ORBEL_BIN_DIR"); }
+QString SourceDir()
+{
+    return FolderFromEnv("ORBEL_SOURCE_DIR");
+}
+QString BinDir()
+{
+    return FolderFromEnv("ORBEL_BIN_DIR");
+}
 
 } // namespace orbeltest
