@@ -216,11 +216,11 @@ void CQKEditWnd::SetFont(const QString& strFamily, int nPixelSize, int nStyle)
 {
     if (!pWidget)
         return;
-    tagQKFontSpec spec;
-    spec.strFamily = strFamily;
-    spec.fSize = static_cast<float>(nPixelSize);
-    spec.nStyle = nStyle;
-    pWidget->setFont(CQKTextLayout::MakeFont(spec));
+    tagQKFontSpec fontSpec;
+    fontSpec.strFamily = strFamily;
+    fontSpec.fSize = static_cast<float>(nPixelSize);
+    fontSpec.nStyle = nStyle;
+    pWidget->setFont(CQKTextLayout::MakeFont(fontSpec));
 }
 
 void CQKEditWnd::SetColors(QKARGB text, QKARGB ground, QKARGB textDisabled, QKARGB groundDisabled)

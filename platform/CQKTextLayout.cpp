@@ -6,16 +6,16 @@
 #include <algorithm>
 #include <cmath>
 
-QFont CQKTextLayout::MakeFont(const tagQKFontSpec& spec, bool bAntiAlias)
+QFont CQKTextLayout::MakeFont(const tagQKFontSpec& fontSpec, bool bAntiAlias)
 {
-    QFont f(spec.strFamily.isEmpty() ? QStringLiteral("Arial") : spec.strFamily);
+    QFont f(fontSpec.strFamily.isEmpty() ? QStringLiteral("Arial") : fontSpec.strFamily);
     // Sizes are pixels; a size below one pixel still draws something rather than falling
     // back to Qt's default point size.
-    f.setPixelSize(std::max(1, static_cast<int>(std::lround(spec.fSize))));
-    f.setBold((spec.nStyle & QKFontBold) != 0);
-    f.setItalic((spec.nStyle & QKFontItalic) != 0);
-    f.setUnderline((spec.nStyle & QKFontUnderline) != 0);
-    f.setStrikeOut((spec.nStyle & QKFontStrikeout) != 0);
+    f.setPixelSize(std::max(1, static_cast<int>(std::lround(fontSpec.fSize))));
+    f.setBold((fontSpec.nStyle & QKFontBold) != 0);
+    f.setItalic((fontSpec.nStyle & QKFontItalic) != 0);
+    f.setUnderline((fontSpec.nStyle & QKFontUnderline) != 0);
+    f.setStrikeOut((fontSpec.nStyle & QKFontStrikeout) != 0);
     f.setStyleStrategy(bAntiAlias ? QFont::PreferAntialias : QFont::NoAntialias);
     f.setHintingPreference(QFont::PreferFullHinting);
     f.setKerning(true);
@@ -42,8 +42,8 @@ QString CQKTextLayout::StripPrefix(const QString& text, int nMode, std::vector<i
     return out;
 }
 
-CQKTextLayout::CQKTextLayout(const QString& text, const tagQKFontSpec& spec, const QRectF& rcLayout, const tagQKStringFormat& format, bool bAntiAlias)
-    : font(MakeFont(spec, bAntiAlias))
+CQKTextLayout::CQKTextLayout(const QString& text, const tagQKFontSpec& fontSpec, const QRectF& rcLayout, const tagQKStringFormat& format, bool bAntiAlias)
+    : font(MakeFont(fontSpec, bAntiAlias))
     , bVertical((format.nFlags & QKFormatDirectionVertical) != 0)
 {
     const QFontMetricsF fm(font);

@@ -35,7 +35,7 @@ public:
 
     CQKTextLayout(const QString& text, const tagQKFontSpec& font, const QRectF& rcLayout, const tagQKStringFormat& format, bool bAntiAlias = true);
 
-    // The Qt font of the spec: family, pixel size, style flags, antialiasing.
+    // The Qt font of a font description: family, pixel size, style flags, antialiasing.
     static QFont MakeFont(const tagQKFontSpec& font, bool bAntiAlias = true);
 
     const QFont& Font() const { return font; }

@@ -43,9 +43,9 @@ void DrawSkinStringAt(CQKGraphics* pGraphics, const QString& text, const tagQKFo
 
 tagQKFontSpec QKFontSpecOf(const tagQKFont& font)
 {
-    tagQKFontSpec spec;
-    spec.strFamily = font.szName;
-    spec.fSize = static_cast<float>(font.nSize);
-    spec.nStyle = (font.bBold ? QKFontBold : 0) | (font.bItalic ? QKFontItalic : 0) | (font.bUnderline ? QKFontUnderline : 0);
-    return spec;
+    tagQKFontSpec fontSpec;
+    fontSpec.strFamily = font.szName;
+    fontSpec.fSize = static_cast<float>(font.nSize);
+    fontSpec.nStyle = (font.bBold ? QKFontBold : 0) | (font.bItalic ? QKFontItalic : 0) | (font.bUnderline ? QKFontUnderline : 0);
+    return fontSpec;
 }

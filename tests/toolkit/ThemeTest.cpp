@@ -177,13 +177,13 @@ TEST(ThemeTextTest, SmoothingChangesSkinStringsButNotControlText)
     auto paintSkinString = [] {
         QImage image = Solid(120, 40, Qt::black);
         CQKGraphics g(image);
-        tagQKFontSpec spec;
-        spec.strFamily = QStringLiteral("DejaVu Sans");
-        spec.fSize = 16;
+        tagQKFontSpec fontSpec;
+        fontSpec.strFamily = QStringLiteral("DejaVu Sans");
+        fontSpec.fSize = 16;
         tagQKStringFormat format;
         format.nAlign = QKAlignCenter;
         format.nLineAlign = QKAlignCenter;
-        DrawSkinString(&g, QStringLiteral("Wave"), spec, QRectF(0, 0, 120, 40), format, tagQKBrush::Solid(0xFFFFFFFF));
+        DrawSkinString(&g, QStringLiteral("Wave"), fontSpec, QRectF(0, 0, 120, 40), format, tagQKBrush::Solid(0xFFFFFFFF));
         return image;
     };
     auto paintButton = [] {
