@@ -13,11 +13,13 @@
 // engine cannot tell (the queue, the current path and the facts of the current file).
 //
 // Threads: everything runs on the GUI thread except PlayThreadProc, which only carries the
-// blocking qkplaydll_Play. OnStop joins that thread before it changes anything the thread
-// reads, and the thread never waits for the GUI thread.
+// blocking qkplaydll_Play. The thread works on copies of the path and the video flag, so the
+// GUI thread may change them at any time; OnStop joins it, and it never waits for the GUI
+// thread.
 #include "engine/qkplay.h"
 #include "toolkit/CQKUIHostWnd.h"
 
+#include <QByteArray>
 #include <QRect>
 #include <QString>
 #include <QStringList>
@@ -101,7 +103,9 @@ private:
     void StartPlayThread();
     // qkplaydll_Stop, then waits without limit for the play thread to end.
     void StopAndJoinPlayThread();
-    static void PlayThreadProc(CQKPlayerDlg* pDlg);
+    // Runs on the play thread with copies taken on the GUI thread; of the window it reads only
+    // the notify target, which lives as long as the window.
+    static void PlayThreadProc(CQKPlayerDlg* pDlg, QByteArray utf8Path, qkplay_video* pVideo, bool bAudioOnly);
     // The engine's end-of-media notice, posted from its own thread.
     static void PostFromEngine(void* pCtx, int nMessage);
 

@@ -110,8 +110,13 @@ void CQKPlayerDlg::StartPlayThread()
     // A second start before the engine is ready would leave a running thread behind; the
     // old one is ended first so that no thread is ever lost.
     StopAndJoinPlayThread();
+    // The thread gets its own copies: the start-up list may replace the path and the video
+    // flag on this thread while the play call runs.
+    QByteArray utf8Path = m_strMediaPath.toUtf8();
+    qkplay_video* pVideo = m_wndPlay ? m_wndPlay->VideoTarget() : nullptr;
+    const bool bAudioOnly = !m_bHasVideo;
     m_bPlayThreadDone = false;
-    m_hPlayThread = std::make_unique<std::thread>(&CQKPlayerDlg::PlayThreadProc, this);
+    m_hPlayThread = std::make_unique<std::thread>(&CQKPlayerDlg::PlayThreadProc, this, std::move(utf8Path), pVideo, bAudioOnly);
 }
 
 void CQKPlayerDlg::StopAndJoinPlayThread()
@@ -131,16 +136,14 @@ void CQKPlayerDlg::StopAndJoinPlayThread()
     m_hPlayThread.reset();
 }
 
-void CQKPlayerDlg::PlayThreadProc(CQKPlayerDlg* pDlg)
+void CQKPlayerDlg::PlayThreadProc(CQKPlayerDlg* pDlg, QByteArray utf8Path, qkplay_video* pVideo, bool bAudioOnly)
 {
-    // The GUI thread changes the path and the video flag only after it joined this thread.
+    // The engine takes the path in a buffer of fixed size; a longer one was refused before.
     char szPath[kPlayPathBytes];
     std::memset(szPath, 0, sizeof(szPath));
-    const QByteArray utf8 = pDlg->m_strMediaPath.toUtf8();
-    if (static_cast<size_t>(utf8.size()) < sizeof(szPath)) {
-        std::memcpy(szPath, utf8.constData(), static_cast<size_t>(utf8.size()));
-        const int bAudioOnly = pDlg->m_bHasVideo ? 0 : 1;
-        qkplaydll_Play(szPath, pDlg->m_wndPlay ? pDlg->m_wndPlay->VideoTarget() : nullptr, &pDlg->m_notify, QKM_PLAYEND, 1, 0.0, 0, 0, bAudioOnly);
+    if (static_cast<size_t>(utf8Path.size()) < sizeof(szPath)) {
+        std::memcpy(szPath, utf8Path.constData(), static_cast<size_t>(utf8Path.size()));
+        qkplaydll_Play(szPath, pVideo, &pDlg->m_notify, QKM_PLAYEND, 1, 0.0, 0, 0, bAudioOnly ? 1 : 0);
     }
     pDlg->m_bPlayThreadDone = true;
 }
