@@ -4,6 +4,7 @@
 #include "PlaySession.h"
 #include "engine/qkplay.h"
 #include "platform/CQKPlayWnd.h"
+#include "support/GlDriver.h"
 #include "support/TestMedia.h"
 
 #include <QApplication>
@@ -11,7 +12,6 @@
 #include <QImage>
 #include <QOpenGLWidget>
 #include <QWidget>
-#include <dlfcn.h>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -21,16 +21,7 @@ using orbeltest::TestMedia;
 
 namespace {
 
-// Mesa unloads its software driver when the last OpenGL context goes; leaks that the driver
-// keeps would then be reported from an unknown module, out of reach of the suppressions for
-// system libraries. Keeping the driver mapped until exit lets them be told apart from ours.
-const bool bDriverPinned = [] {
-    for (const char* pszPath : { "/usr/lib/x86_64-linux-gnu/dri/swrast_dri.so", "/usr/lib64/dri/swrast_dri.so" }) {
-        if (dlopen(pszPath, RTLD_NOW | RTLD_NODELETE))
-            return true;
-    }
-    return false;
-}();
+const bool bDriverPinned = orbeltest::KeepGlDriverMapped();
 
 struct Rgb
 {

@@ -8,6 +8,7 @@
 #include "player/CQKPlayerDlg.h"
 #include "player/CQKStartupList.h"
 #include "player/QKPlayerOptions.h"
+#include "support/GlDriver.h"
 #include "support/TestMedia.h"
 #include "toolkit/QKTheme.h"
 
@@ -21,7 +22,6 @@
 #include <QWidget>
 #include <gtest/gtest.h>
 
-#include <dlfcn.h>
 #include <functional>
 #include <string>
 
@@ -30,16 +30,7 @@ using orbeltest::WaitFor;
 
 namespace {
 
-// Mesa unloads its software driver when the last OpenGL context goes; what the driver keeps
-// would then be reported as leaks of an unknown module, which the suppressions for system
-// libraries cannot name. Keeping the driver mapped until exit lets them be told apart.
-const bool bDriverPinned = [] {
-    for (const char* pszPath : { "/usr/lib/x86_64-linux-gnu/dri/swrast_dri.so", "/usr/lib64/dri/swrast_dri.so" }) {
-        if (dlopen(pszPath, RTLD_NOW | RTLD_NODELETE))
-            return true;
-    }
-    return false;
-}();
+const bool bDriverPinned = orbeltest::KeepGlDriverMapped();
 
 std::string EngineProperty(const char* name)
 {
