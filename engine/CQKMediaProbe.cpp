@@ -1,5 +1,7 @@
 #include "CQKMediaProbe.h"
 
+#include "services/QKWideText.h"
+
 #include <chrono>
 #include <cmath>
 #include <mutex>
@@ -173,21 +175,7 @@ bool CQKMediaProbe::Utf16ToUtf8(const char16_t* psz, std::string& strOut, size_t
         } else if (c >= 0xDC00 && c <= 0xDFFF) {
             return false;
         }
-        if (c < 0x80) {
-            strOut += static_cast<char>(c);
-        } else if (c < 0x800) {
-            strOut += static_cast<char>(0xC0 | (c >> 6));
-            strOut += static_cast<char>(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            strOut += static_cast<char>(0xE0 | (c >> 12));
-            strOut += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            strOut += static_cast<char>(0x80 | (c & 0x3F));
-        } else {
-            strOut += static_cast<char>(0xF0 | (c >> 18));
-            strOut += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-            strOut += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            strOut += static_cast<char>(0x80 | (c & 0x3F));
-        }
+        QKWideText::AppendUtf8(strOut, c);
     }
     return true;
 }

@@ -38,6 +38,27 @@ uint32_t ScanHex(const char16_t* psz);
 char16_t* FormatInt(char16_t (&buf)[kFormatUnits], int32_t n);
 char16_t* FormatDouble(char16_t (&buf)[kFormatUnits], double d);
 
+// Appends one code point (at most U+10FFFF) in UTF-8. Inline, so that the playback library,
+// which links nothing of this folder, encodes paths the same way.
+inline void AppendUtf8(std::string& out, char32_t c)
+{
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+    } else if (c < 0x800) {
+        out += static_cast<char>(0xC0 | (c >> 6));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+        out += static_cast<char>(0xE0 | (c >> 12));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (c >> 18));
+        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    }
+}
+
 // Conversions between 16-bit text and UTF-8 (the encoding of paths on this system). Unpaired
 // surrogates become U+FFFD; invalid UTF-8 bytes become U+FFFD.
 std::string ToUtf8(const char16_t* psz);
