@@ -23,6 +23,9 @@ QString g_szToolTipBackground;
 
 namespace {
 
+// The largest skin file that is read, as for the program's other data files.
+constexpr qint64 kMaxSkinBytes = qint64(64) << 20;
+
 // What a control element of the skin may carry, beside x, y, width, height and id, which all
 // of them have.
 enum : uint32_t {
@@ -140,10 +143,13 @@ CQKSkinReader::CQKSkinReader(CQKUIManager& m)
 bool CQKSkinReader::ReadFile(const QString& path)
 {
     // The file is read by us and parsed from memory, so that a path in any encoding works.
+    // Skins are a few kilobytes; a file far larger is not one, and is refused before it is
+    // read into memory.
     QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+    const QFileInfo info(path);
+    if (!info.isFile() || info.size() > kMaxSkinBytes || !file.open(QIODevice::ReadOnly))
         return false;
-    const QByteArray data = file.readAll();
+    const QByteArray data = file.read(kMaxSkinBytes);
     return ReadText(data.constData(), static_cast<size_t>(data.size()));
 }
 
