@@ -11,13 +11,9 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
@@ -162,35 +158,6 @@ TEST_F(SingleInstanceTest, LeftoverSocketOfACrashedInstanceIsReplaced)
     ASSERT_TRUE(first.Listen([&] { bWoken = true; }));
     EXPECT_TRUE(later.WakeRunningInstance());
     EXPECT_TRUE(WaitFor([&] { return bWoken; }));
-}
-
-TEST_F(SingleInstanceTest, KilledHolderLeavesNothingThatBlocks)
-{
-    CQKSingleInstance probe(kLock, kServer);
-    const QByteArray lockPath = QFile::encodeName(probe.LockPath());
-    int ready[2];
-    ASSERT_EQ(pipe(ready), 0);
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        // Only plain system calls in the child: take the lock, say so, wait to be killed.
-        const int fd = open(lockPath.constData(), O_RDWR | O_CREAT, 0600);
-        const char ok = (fd >= 0 && flock(fd, LOCK_EX | LOCK_NB) == 0) ? 1 : 0;
-        (void)!write(ready[1], &ok, 1);
-        for (;;)
-            pause();
-    }
-    char ok = 0;
-    ASSERT_EQ(read(ready[0], &ok, 1), 1);
-    close(ready[0]);
-    close(ready[1]);
-    ASSERT_EQ(ok, 1);
-    EXPECT_FALSE(probe.Acquire());
-
-    kill(child, SIGKILL);
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_TRUE(probe.Acquire());
 }
 
 TEST(SingleInstanceFolderTest, WithoutRuntimeFolderAPrivateFolderInTmpIsUsed)

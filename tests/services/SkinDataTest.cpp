@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
-#include <tinyxml2.h>
 
 #include <cmath>
 #include <set>
@@ -110,31 +109,6 @@ TEST(SkinDataTest, GeneratorMakesTheCommittedBytes)
         EXPECT_TRUE(made == ReadAll(SkinPath(name))) << name << " differs: run orbel-make-skin-data skin/";
     }
     EXPECT_FALSE(QKSkinData::WriteAll(QFile::encodeName(dir.path() + "/missing/deeper/").constData()));
-}
-
-TEST(SkinDataTest, SkinFileDefinesTheFontsTheWindowsUse)
-{
-    tinyxml2::XMLDocument xml;
-    ASSERT_EQ(xml.LoadFile(QFile::encodeName(SkinPath("mainwnd.xml")).constData()), tinyxml2::XML_SUCCESS);
-    const tinyxml2::XMLElement* root = xml.FirstChildElement();
-    ASSERT_NE(root, nullptr);
-    std::set<int> ids;
-    for (const tinyxml2::XMLElement* e = root->FirstChildElement(); e; e = e->NextSiblingElement()) {
-        EXPECT_STREQ(e->Name(), "font") << "the windows make their own controls";
-        const int id = e->IntAttribute("id", -1);
-        EXPECT_TRUE(ids.insert(id).second) << "font " << id << " twice";
-        const int size = e->IntAttribute("size", 0);
-        EXPECT_GE(size, 10) << "font " << id;
-        EXPECT_LE(size, 16) << "font " << id;
-        const tinyxml2::XMLElement* name = e->FirstChildElement("name");
-        ASSERT_NE(name, nullptr);
-        ASSERT_NE(name->GetText(), nullptr);
-        EXPECT_STREQ(name->GetText(), "Arial");
-        for (const char* a : { "colornormal", "colorhover", "colordown", "colordisable" })
-            EXPECT_LE(e->Int64Attribute(a, -1), 0xFFFFFF) << a;
-    }
-    for (int id : { 0, 1, 2, 3, 6 })
-        EXPECT_EQ(ids.count(id), 1u) << "font " << id;
 }
 
 TEST(SkinDataTest, TitleIconIsAGoldDiscOnTransparency)
