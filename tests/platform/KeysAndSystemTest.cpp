@@ -52,11 +52,3 @@ TEST(SystemTest, TickCountIsMonotonicMilliseconds)
     EXPECT_GE(t1 - t0, 29u);
     EXPECT_LT(t1 - t0, 2000u);
 }
-
-TEST(SystemTest, ClipboardTextRoundTrips)
-{
-    QKSetClipboardText(QStringLiteral("Orbel \u00e9\u4e2d"));
-    EXPECT_EQ(QKGetClipboardText(), QStringLiteral("Orbel \u00e9\u4e2d"));
-    QKSetClipboardText(QString());
-    EXPECT_TRUE(QKGetClipboardText().isEmpty());
-}
