@@ -2,17 +2,14 @@
 
 #include "platform/QKAppFolder.h"
 #include "platform/QKKeys.h"
+#include "support/WideFileText.h"
 #include "toolkit/QKFonts.h"
 #include "toolkit/QKTheme.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QKeyEvent>
-#include <QMouseEvent>
-#include <QWheelEvent>
-#include <QWidget>
 #include <algorithm>
 
 namespace toolkittest {
@@ -48,12 +45,9 @@ void AppFolder::WriteBytes(const QString& relative, const QByteArray& bytes)
 
 void AppFolder::WriteUtf16(const QString& relative, const QString& text)
 {
-    QByteArray bytes("\xFF\xFE", 2);
-    for (QChar c : text) {
-        bytes.append(static_cast<char>(c.unicode() & 0xFF));
-        bytes.append(static_cast<char>(c.unicode() >> 8));
-    }
-    WriteBytes(relative, bytes);
+    const QString path = Path() + relative;
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    orbeltest::WriteWideFile(path, text);
 }
 
 void AppFolder::WriteUtf8(const QString& relative, const QString& text)
@@ -111,15 +105,6 @@ void TestHost::OnPaintBackground(CQKGraphics* pGraphics)
 
 namespace {
 
-void SendMouse(TestHost& host, QEvent::Type type, QPoint pt, Qt::MouseButton button, Qt::MouseButtons buttons)
-{
-    QWidget* pNative = host.NativeWidget();
-    if (!pNative)
-        return;
-    QMouseEvent e(type, QPointF(pt), QPointF(pNative->mapToGlobal(pt)), button, buttons, Qt::NoModifier);
-    QApplication::sendEvent(pNative, &e);
-}
-
 int QtKeyOf(uint32_t vk)
 {
     switch (vk) {
@@ -140,61 +125,51 @@ int QtKeyOf(uint32_t vk)
 
 void TestHost::Press(QPoint pt)
 {
-    SendMouse(*this, QEvent::MouseButtonPress, pt, Qt::LeftButton, Qt::LeftButton);
+    driver.Press(pt);
 }
 
 void TestHost::Release(QPoint pt)
 {
-    SendMouse(*this, QEvent::MouseButtonRelease, pt, Qt::LeftButton, Qt::NoButton);
+    driver.Release(pt);
 }
 
 void TestHost::Move(QPoint pt)
 {
-    const bool bHeld = CQKHostWnd::GetCapture() == this;
-    SendMouse(*this, QEvent::MouseMove, pt, Qt::NoButton, bHeld ? Qt::LeftButton : Qt::NoButton);
+    driver.Move(pt);
 }
 
 void TestHost::Click(QPoint pt)
 {
-    Move(pt);
-    Press(pt);
-    Release(pt);
+    driver.Move(pt);
+    driver.Click(pt);
 }
 
 void TestHost::RightPress(QPoint pt)
 {
-    SendMouse(*this, QEvent::MouseButtonPress, pt, Qt::RightButton, Qt::RightButton);
+    driver.Press(pt, Qt::RightButton);
 }
 
 void TestHost::RightRelease(QPoint pt)
 {
-    SendMouse(*this, QEvent::MouseButtonRelease, pt, Qt::RightButton, Qt::NoButton);
+    driver.Release(pt, Qt::RightButton);
 }
 
 void TestHost::Leave()
 {
-    if (QWidget* pNative = NativeWidget()) {
-        QEvent e(QEvent::Leave);
-        QApplication::sendEvent(pNative, &e);
-    }
+    driver.Leave();
 }
 
 void TestHost::Wheel(QPoint pt, int delta)
 {
-    QWidget* pNative = NativeWidget();
-    if (!pNative)
-        return;
-    QWheelEvent e(QPointF(pt), QPointF(pNative->mapToGlobal(pt)), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(pNative, &e);
+    driver.Wheel(pt, delta / 120);
 }
 
 void TestHost::Key(uint32_t vk, bool bDown)
 {
-    QWidget* pNative = NativeWidget();
-    if (!pNative)
-        return;
-    QKeyEvent e(bDown ? QEvent::KeyPress : QEvent::KeyRelease, QtKeyOf(vk), Qt::NoModifier);
-    QApplication::sendEvent(pNative, &e);
+    if (bDown)
+        driver.KeyPress(QtKeyOf(vk));
+    else
+        driver.KeyRelease(QtKeyOf(vk));
 }
 
 void AddFont(uint32_t nID, uint32_t nSize)

@@ -1,6 +1,7 @@
 #pragma once
 // Helpers of the toolkit tests: a private program folder with skin files, a host window that
 // records its messages, mouse input through the host's real window, and pixel reading.
+#include "support/HostDriver.h"
 #include "toolkit/CQKUIHostWnd.h"
 
 #include <QColor>
@@ -58,7 +59,8 @@ public:
     std::vector<tagMessage> Received(uint32_t msg) const;
     void ClearReceived() { vecReceived.clear(); }
 
-    // Mouse input as the window system gives it to the host's real window.
+    // Mouse and key input through the shared driver, in this host's client pixels. Wheel
+    // deltas are whole notches of 120.
     void Press(QPoint pt);
     void Release(QPoint pt);
     void Move(QPoint pt);
@@ -78,6 +80,7 @@ protected:
 
 private:
     std::vector<tagMessage> vecReceived;
+    orbeltest::HostDriver driver { *this };
 };
 
 // Appends a font record of the family "DejaVu Sans" to the font table.
