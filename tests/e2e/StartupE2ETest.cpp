@@ -2,7 +2,7 @@
 // and the options written at the end.
 #include "PlayerProcess.h"
 
-#include "../player/WideFileText.h"
+#include "support/WideFileText.h"
 
 #include "support/TestMedia.h"
 #include "support/TestPaths.h"

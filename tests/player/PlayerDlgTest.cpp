@@ -8,6 +8,7 @@
 #include "player/CQKStartupList.h"
 #include "player/QKPlayerOptions.h"
 #include "support/TestMedia.h"
+#include "support/WideFileText.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -93,13 +94,8 @@ TEST_F(PlayerDlgTest, MissingOrBrokenListChangesNothing)
     dlg.m_arrFiles = QStringList { QStringLiteral("a"), QStringLiteral("b") };
     dlg.m_strMediaPath = QStringLiteral("a");
     theApp.ReadStartupFiles(dlg);
-    QFile f(theApp.GetStartupFilePath());
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
     // Half a list, as a reader may see while another start still writes it.
-    const QString half = QStringLiteral("<startupfiles><item file=\"x\"/>");
-    f.write("\xFF\xFE", 2);
-    f.write(reinterpret_cast<const char*>(half.utf16()), half.size() * 2);
-    f.close();
+    ASSERT_TRUE(orbeltest::WriteWideFile(theApp.GetStartupFilePath(), QStringLiteral("<startupfiles><item file=\"x\"/>")));
     theApp.ReadStartupFiles(dlg);
     EXPECT_EQ(dlg.m_arrFiles, (QStringList { QStringLiteral("a"), QStringLiteral("b") }));
     EXPECT_EQ(dlg.m_strMediaPath, QStringLiteral("a"));

@@ -1,7 +1,7 @@
 // Reading and writing the ten persistent settings.
 #include "player/QKPlayerOptions.h"
 
-#include "WideFileText.h"
+#include "support/WideFileText.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,7 +2,7 @@
 // player reads back.
 #include "player/CQKStartupList.h"
 
-#include "WideFileText.h"
+#include "support/WideFileText.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "WideFileText.h"
+#include "support/WideFileText.h"
 
 #include <QFile>
 
