@@ -103,6 +103,8 @@ TEST_F(ButtonTest, PressDraggedOutAndReleasedOutsideDoesNotClick)
     EXPECT_EQ(CQKHostWnd::GetCapture(), &host);
     host.Move(QPoint(150, 80));
     EXPECT_EQ(button->nState, 2u) << "a pressed control stays down while the pointer is out";
+    host.Leave(); // the pointer leaves the window with the button held
+    EXPECT_EQ(button->nState, 2u);
     host.Move(QPoint(300, 300)); // outside the window, heard through the capture
     EXPECT_EQ(button->nState, 2u);
     host.Release(QPoint(300, 300));

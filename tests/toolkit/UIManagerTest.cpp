@@ -183,23 +183,6 @@ TEST_F(ManagerTest, LeavingTheWindowResetsHoverWithAPointOutsideEverything)
     EXPECT_EQ(a->lastPoint, QPoint(-99, -99));
 }
 
-TEST_F(ManagerTest, HeldPressKeepsCaptureOutsideTheWindowAndDoesNotClick)
-{
-    Probe* a = Add(5, 0, QRect(10, 10, 30, 30));
-    Probe* b = Add(6, 0, QRect(100, 10, 30, 30));
-    host.Move(QPoint(20, 20));
-    host.Press(QPoint(20, 20));
-    host.Leave(); // the pointer leaves the window with the button held
-    EXPECT_EQ(a->nState, 2u) << "the pressed control keeps its state";
-    EXPECT_EQ(CQKHostWnd::GetCapture(), &host);
-    host.Move(QPoint(110, 20)); // over the other control, the press still held
-    EXPECT_EQ(b->nState, 0u) << "others stay passive while the capture is held";
-    host.Release(QPoint(500, 500));
-    EXPECT_EQ(a->nState, 0u);
-    TestHost::Pump();
-    EXPECT_TRUE(host.Received(WM_COMMAND).empty());
-}
-
 TEST_F(ManagerTest, TimeEditHearsNoMouseNorActivationButIsPainted)
 {
     Probe* time = Add(1, QKKIND_EDITTIME, QRect(10, 10, 30, 30));
