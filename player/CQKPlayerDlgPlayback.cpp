@@ -150,6 +150,8 @@ void CQKPlayerDlg::PlayThreadProc(CQKPlayerDlg* pDlg, QByteArray utf8Path, qkpla
 
 void CQKPlayerDlg::PostFromEngine(void* pCtx, int nMessage)
 {
-    // The window may be gone by the time the engine posts; the static post checks.
-    CQKHostWnd::PostMessage(static_cast<CQKHostWnd*>(pCtx), static_cast<uint32_t>(nMessage), 0, 0);
+    // The window may be gone by the time the engine posts; the static post checks. The
+    // context was made from a CQKPlayerDlg pointer and is turned back into one before it
+    // becomes a host pointer.
+    CQKHostWnd::PostMessage(static_cast<CQKPlayerDlg*>(pCtx), static_cast<uint32_t>(nMessage), 0, 0);
 }
