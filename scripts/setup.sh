@@ -10,7 +10,7 @@ packages=(
   libmpv-dev libavformat-dev libavcodec-dev libavutil-dev libtinyxml2-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev libbenchmark-dev libpugixml-dev
-  xvfb xauth x11-utils xdotool imagemagick dbus dbus-x11 ffmpeg mpv
+  xvfb xauth x11-utils xdotool openbox imagemagick dbus dbus-x11 ffmpeg mpv
   # run time
   fonts-liberation2 libqt6dbus6 libqt6network6 libqt6openglwidgets6 qt6-qpa-plugins
 )
