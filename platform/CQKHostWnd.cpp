@@ -543,6 +543,11 @@ QRect CQKHostWnd::GetWindowRect() const
 {
     if (!pWidget)
         return QRect();
+    // A top-level window's own geometry is where it was last put or where the window manager
+    // last said it is. Asking the display server instead gives 0,0 for a window that is not
+    // shown yet, or one that a window manager is just taking into its frame.
+    if (pWidget->isWindow())
+        return pWidget->geometry();
     return QRect(pWidget->mapToGlobal(QPoint(0, 0)), pWidget->size());
 }
 

@@ -6,6 +6,8 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QImage>
 #include <QThread>
 
 #include <X11/Xatom.h>
@@ -232,6 +234,59 @@ QColor ScreenProbe::ColourAt(unsigned long window, QPoint ptClient, int nSize) c
     XDestroyImage(pImage);
     const long n = static_cast<long>(nSize) * nSize;
     return QColor(static_cast<int>(r / n), static_cast<int>(g / n), static_cast<int>(b / n));
+}
+
+QSize ScreenProbe::ScreenSize() const
+{
+    if (!pDisplay)
+        return QSize();
+    return QSize(DisplayWidth(pDisplay, DefaultScreen(pDisplay)), DisplayHeight(pDisplay, DefaultScreen(pDisplay)));
+}
+
+bool ScreenProbe::SaveScreen(const QString& path) const
+{
+    if (!pDisplay)
+        return false;
+    const int w = ScreenSize().width();
+    const int h = ScreenSize().height();
+    XImage* pImage = XGetImage(pDisplay, DefaultRootWindow(pDisplay), 0, 0, w, h, AllPlanes, ZPixmap);
+    if (!pImage)
+        return false;
+    QImage image(w, h, QImage::Format_RGB32);
+    for (int y = 0; y < h; ++y) {
+        auto* pLine = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < w; ++x)
+            pLine[x] = 0xFF000000u | (XGetPixel(pImage, x, y) & 0xFFFFFFu);
+    }
+    XDestroyImage(pImage);
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    return image.save(path, "PNG");
+}
+
+QString ScreenProbe::Describe(unsigned long window, QPoint ptClient) const
+{
+    XWindowAttributes attr {};
+    const bool bKnown = pDisplay && XGetWindowAttributes(pDisplay, window, &attr);
+    const QRect rc = Geometry(window);
+    const QColor c = ColourAt(window, ptClient);
+    const char* pszMap = !bKnown ? "gone" : attr.map_state == IsViewable ? "viewable"
+        : attr.map_state == IsUnmapped                                   ? "unmapped"
+                                                                         : "unviewable";
+    return QStringLiteral("window %1 at %2,%3 size %4x%5 (%6), colour at %7,%8 is %9")
+        .arg(window)
+        .arg(rc.x())
+        .arg(rc.y())
+        .arg(rc.width())
+        .arg(rc.height())
+        .arg(QString::fromLatin1(pszMap))
+        .arg(ptClient.x())
+        .arg(ptClient.y())
+        .arg(c.isValid() ? c.name() : QStringLiteral("unreadable"));
+}
+
+QString FailureShotPath(const QString& name)
+{
+    return QDir::cleanPath(BinDir() + QStringLiteral("../test-output/") + name + QStringLiteral(".png"));
 }
 
 void ScreenProbe::RequestClose(unsigned long window) const

@@ -6,6 +6,7 @@
 #include <QPoint>
 #include <QProcess>
 #include <QRect>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -64,6 +65,13 @@ public:
     // The average colour of a square of nSize pixels around a client point, as the screen
     // shows it (video surface included).
     QColor ColourAt(unsigned long window, QPoint ptClient, int nSize = 9) const;
+    // The size of the screen in pixels.
+    QSize ScreenSize() const;
+    // Saves what the whole screen shows as a PNG file; true when it was written.
+    bool SaveScreen(const QString& path) const;
+    // One line on a window for the report of a failed check: its rectangle, its map state
+    // and the colour at ptClient.
+    QString Describe(unsigned long window, QPoint ptClient) const;
     // Asks the window to close, as a window manager's close button does.
     void RequestClose(unsigned long window) const;
     // Gives the window the keyboard focus and types a key (an X keysym name such as "Escape").
@@ -72,6 +80,10 @@ public:
 private:
     ::_XDisplay* pDisplay { nullptr };
 };
+
+// Where a test saves what the screen showed when a check failed: a file in the build's
+// test-output folder, named after the test.
+QString FailureShotPath(const QString& name);
 
 // Colour tests for solid clips after video decoding (small shifts of a few levels).
 bool IsRed(const QColor& c);

@@ -60,9 +60,16 @@ protected:
         return w;
     }
 
+    // When the colour does not come, the report says what the window showed, and what the
+    // screen showed is saved.
     bool WaitForColour(unsigned long w, bool (*isColour)(const QColor&), int nMs = kColourMs)
     {
-        return WaitUntil([&] { return isColour(screen.ColourAt(w, VideoCentre(screen.Geometry(w)))); }, nMs);
+        if (WaitUntil([&] { return isColour(screen.ColourAt(w, VideoCentre(screen.Geometry(w)))); }, nMs))
+            return true;
+        const QString shot = FailureShotPath(QStringLiteral("startup-") + QString::fromLatin1(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+        ADD_FAILURE() << qPrintable(screen.Describe(w, VideoCentre(screen.Geometry(w))))
+                      << "\nscreenshot: " << qPrintable(screen.SaveScreen(shot) ? shot : QStringLiteral("not saved"));
+        return false;
     }
 
     // The picture stays of one colour for a while.
