@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -382,6 +383,23 @@ public:
         return nRed;
     }
 
+    // A hash of what the screen shows along rows 64 pixels apart: it changes whenever a
+    // player puts a new picture of the moving test pattern on the screen.
+    uint64_t Fingerprint() const
+    {
+        uint64_t nHash = 1469598103934665603ull;
+        const Window root = DefaultRootWindow(pDisplay);
+        for (int y = 32; y < nHeight; y += 64) {
+            XImage* pImage = XGetImage(pDisplay, root, 0, y, nWidth, 1, AllPlanes, ZPixmap);
+            if (!pImage)
+                continue;
+            for (int x = 0; x < nWidth; x += 2)
+                nHash = (nHash ^ XGetPixel(pImage, x, 0)) * 1099511628211ull;
+            XDestroyImage(pImage);
+        }
+        return nHash;
+    }
+
     // The largest mapped top-level window of the process (by _NET_WM_PID), or 0.
     Window MainWindowOf(pid_t pid) const
     {
@@ -551,6 +569,7 @@ struct Figures
     std::vector<double> rss;
     std::vector<double> cpu;
     std::vector<double> xserverCpu;
+    std::vector<double> fps;
     std::string strWindow;
     int nStartFailures { 0 };
     int nCloseFailures { 0 };
@@ -637,6 +656,18 @@ void PlayRun(const Options& opt, const RootWatcher& screen, const Player& player
     const long nTicks1 = CpuTicks(pid);
     const long nXTicks1 = xserver ? CpuTicks(xserver) : -1;
     const double dSeconds = MsSince(t0) / 1000.0;
+    // Pictures that reached the screen per second, over 3 s after the CPU was measured (the
+    // looking costs the X server some time, which must not count above).
+    const auto tFps = Clock::now();
+    uint64_t nLast = screen.Fingerprint();
+    int nChanges = 0;
+    while (MsSince(tFps) < 3000) {
+        SleepMs(4);
+        const uint64_t n = screen.Fingerprint();
+        nChanges += n != nLast;
+        nLast = n;
+    }
+    const double dFps = nChanges / (MsSince(tFps) / 1000.0);
     const bool bAlive = !HasEnded(pid);
     EndProcessGroup(pid);
     if (!bAlive || !bMemory || nTicks0 < 0 || nTicks1 < 0) {
@@ -647,6 +678,7 @@ void PlayRun(const Options& opt, const RootWatcher& screen, const Player& player
     fig.pss.push_back(nPss / 1024.0);
     fig.rss.push_back(nRss / 1024.0);
     fig.cpu.push_back(100.0 * (nTicks1 - nTicks0) / dTick / dSeconds);
+    fig.fps.push_back(dFps);
     if (nXTicks0 >= 0 && nXTicks1 >= 0)
         fig.xserverCpu.push_back(100.0 * (nXTicks1 - nXTicks0) / dTick / dSeconds);
 }
@@ -683,12 +715,12 @@ void PrintTables(const std::vector<Player>& players, const std::vector<Figures>&
             RunsNote(f.close.size(), f.nCloseFailures).c_str());
     }
     std::printf("\n### While playing 1920x1080 H.264 + AAC (median (min–max))\n\n");
-    std::printf("| player | window | PSS (MiB) | RSS (MiB) | CPU (%% of one core) | X server CPU (%%) | runs |\n|---|---|---|---|---|---|---|\n");
+    std::printf("| player | window | PSS (MiB) | RSS (MiB) | CPU (%% of one core) | X server CPU (%%) | pictures/s | runs |\n|---|---|---|---|---|---|---|---|\n");
     for (size_t i = 0; i < players.size(); ++i) {
         const Figures& f = figures[i];
-        std::printf("| %s | %s | %s | %s | %s | %s | %s |\n", players[i].strName.c_str(),
+        std::printf("| %s | %s | %s | %s | %s | %s | %s | %s |\n", players[i].strName.c_str(),
             f.strWindow.empty() ? "–" : f.strWindow.c_str(), Summary(f.pss, 1).c_str(),
-            Summary(f.rss, 1).c_str(), Summary(f.cpu, 1).c_str(), Summary(f.xserverCpu, 1).c_str(),
+            Summary(f.rss, 1).c_str(), Summary(f.cpu, 1).c_str(), Summary(f.xserverCpu, 1).c_str(), Summary(f.fps, 0).c_str(),
             RunsNote(f.pss.size(), f.nPlayFailures).c_str());
     }
     std::fflush(stdout);
