@@ -11,6 +11,17 @@
 // and ours runs from a private copy of its folder (executable, engine, skin). The clips are
 // made with the ffmpeg command into a temporary folder. The program needs an X display
 // (scripts/bench-startup.sh runs it under its own Xvfb) and prints Markdown tables.
+//
+// Sections:
+//  - Options and small helpers: clocks, PATH look-up, running a command.
+//  - Clips: the two clips, made with ffmpeg once and kept in a temporary folder.
+//  - Players and sandboxes: the commands, the private folders of a run, starting and ending
+//    a player's process (as another user for VLC when run as root).
+//  - RootWatcher: looking at the screen (red points, a fingerprint of the picture, a
+//    process's window, a close request).
+//  - /proc readers: CPU ticks, PSS and RSS, the X server's pid.
+//  - Runs: one start run and one playing run of a player.
+//  - Tables and main: medians and ranges, the command line, the order of the runs.
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
