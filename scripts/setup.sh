@@ -9,7 +9,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev libgl-dev
   libmpv-dev libavformat-dev libavcodec-dev libavutil-dev libtinyxml2-dev
   # tests and benchmarks
-  libgtest-dev libgmock-dev libbenchmark-dev libpugixml-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libpugixml-dev libx11-dev
   xvfb xauth x11-utils xdotool openbox imagemagick dbus dbus-x11 ffmpeg mpv
   # run time
   fonts-liberation2 libqt6dbus6 libqt6network6 libqt6openglwidgets6 qt6-qpa-plugins
