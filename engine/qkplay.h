@@ -216,9 +216,10 @@ QKPLAY_API void qkplaydll_AdjustColor(int nY, int nU, int nV);
  *     that plays goes on without a picture.
  *
  * None of the three waits for the play thread; they may be called while qkplaydll_Play
- * blocks on another thread. The library never waits for the surface's thread: if that thread
- * does not render for a while (for instance because it waits for the play thread), the
- * library drops frames instead.
+ * blocks on another thread. The library does not wait for the surface's thread without end:
+ * a new frame that nobody renders is held for up to about 200 ms and then dropped. A surface
+ * thread that waits for the play thread (to stop it, say) should go on rendering meanwhile,
+ * into a buffer of its own if it cannot paint, or the stop waits out that hold.
  */
 
 /* Attaches a surface. Result 1 on success, 0 when another surface is attached or OpenGL

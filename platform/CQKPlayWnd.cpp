@@ -63,6 +63,20 @@ protected:
             qRound(height() * dRatio));
     }
 
+public:
+    // Draws the newest frame into the widget's own buffer without a repaint, so that the
+    // library's video thread, which waits a while for each frame to be taken, goes on.
+    void TakeFrame()
+    {
+        if (!bAttached || !isValid() || width() <= 0 || height() <= 0)
+            return;
+        makeCurrent();
+        const qreal dRatio = devicePixelRatioF();
+        qkplay_video_render(pTarget, static_cast<int>(defaultFramebufferObject()), qRound(width() * dRatio),
+            qRound(height() * dRatio));
+        doneCurrent();
+    }
+
 private:
     void Detach()
     {
@@ -130,6 +144,12 @@ bool CQKPlayWnd::Create(QWidget* pParent)
     pImpl->pWidget->setGeometry(0, 0, 0, 0);
     pImpl->pWidget->hide();
     return true;
+}
+
+void CQKPlayWnd::TakeFrame()
+{
+    if (pImpl->pWidget)
+        pImpl->pWidget->TakeFrame();
 }
 
 void CQKPlayWnd::Destroy()

@@ -46,6 +46,11 @@ public:
     // shows a picture once the surface has been shown (its OpenGL context is made then).
     qkplay_video* VideoTarget();
 
+    // Takes the newest frame from the library without showing it. For a GUI thread that
+    // waits for the play thread: while nobody draws, the library holds each new frame for a
+    // while before it drops it, and a stop would wait behind that.
+    void TakeFrame();
+
     // The surface's widget, for platform code and tests (a QOpenGLWidget), or null.
     QWidget* NativeWidget() const;
 

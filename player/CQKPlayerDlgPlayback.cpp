@@ -127,7 +127,11 @@ void CQKPlayerDlg::StopAndJoinPlayThread()
     // A stop that comes before the thread has entered the engine's play call finds nothing to
     // end, and the play call would then run to the end of the file. So the stop is repeated
     // until the thread is out; normally the first one is enough. There is no time limit.
+    // Meanwhile the frames the engine still makes are taken off it here, as this thread
+    // cannot paint them: otherwise the engine holds each one for a while before it stops.
     while (!m_bPlayThreadDone.load()) {
+        if (m_wndPlay)
+            m_wndPlay->TakeFrame();
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
         if (!m_bPlayThreadDone.load())
             qkplaydll_Stop();
