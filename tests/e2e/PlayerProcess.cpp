@@ -284,9 +284,22 @@ QString ScreenProbe::Describe(unsigned long window, QPoint ptClient) const
         .arg(c.isValid() ? c.name() : QStringLiteral("unreadable"));
 }
 
-QString FailureShotPath(const QString& name)
+// A file in the build's test-output folder, named after the check that failed.
+static QString FailureShotPath(const QString& name)
 {
     return QDir::cleanPath(BinDir() + QStringLiteral("../test-output/") + name + QStringLiteral(".png"));
+}
+
+QString ColourFailureReport(const ScreenProbe& screen, const std::vector<unsigned long>& windows,
+    const std::function<QPoint(const QRect&)>& pointIn, const QString& shotName)
+{
+    QStringList lines;
+    for (unsigned long w : windows)
+        lines << screen.Describe(w, pointIn(screen.Geometry(w)));
+    const QString shot = FailureShotPath(shotName);
+    return QStringLiteral("windows: %1\nscreenshot: %2")
+        .arg(lines.isEmpty() ? QStringLiteral("none") : lines.join(QStringLiteral("; ")),
+            screen.SaveScreen(shot) ? shot : QStringLiteral("not saved"));
 }
 
 void ScreenProbe::RequestClose(unsigned long window) const

@@ -81,9 +81,10 @@ private:
     ::_XDisplay* pDisplay { nullptr };
 };
 
-// Where a test saves what the screen showed when a check failed: a file in the build's
-// test-output folder, named after the test.
-QString FailureShotPath(const QString& name);
+// The report of a colour that did not come: each window's line (Describe at the point that
+// pointIn gives for the window's rectangle), and where the screenshot was saved.
+QString ColourFailureReport(const ScreenProbe& screen, const std::vector<unsigned long>& windows,
+    const std::function<QPoint(const QRect&)>& pointIn, const QString& shotName);
 
 // Colour tests for solid clips after video decoding (small shifts of a few levels).
 bool IsRed(const QColor& c);

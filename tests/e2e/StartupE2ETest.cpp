@@ -66,9 +66,8 @@ protected:
     {
         if (WaitUntil([&] { return isColour(screen.ColourAt(w, VideoCentre(screen.Geometry(w)))); }, nMs))
             return true;
-        const QString shot = FailureShotPath(QStringLiteral("startup-") + QString::fromLatin1(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-        ADD_FAILURE() << qPrintable(screen.Describe(w, VideoCentre(screen.Geometry(w))))
-                      << "\nscreenshot: " << qPrintable(screen.SaveScreen(shot) ? shot : QStringLiteral("not saved"));
+        const QString name = QStringLiteral("startup-") + QString::fromLatin1(::testing::UnitTest::GetInstance()->current_test_info()->name());
+        ADD_FAILURE() << qPrintable(ColourFailureReport(screen, { w }, VideoCentre, name));
         return false;
     }
 

@@ -131,14 +131,8 @@ protected:
             return false;
         },
             kWaitMs);
-        if (!shown) {
-            QStringList lines;
-            for (unsigned long w : PlayerWindows())
-                lines << screen.Describe(w, Centre(screen.Geometry(w)));
-            const QString shot = FailureShotPath(QString::fromLatin1(pszShot));
-            ADD_FAILURE() << "the player's windows: " << qPrintable(lines.isEmpty() ? QStringLiteral("none") : lines.join(QStringLiteral("; ")))
-                          << "\nscreenshot: " << qPrintable(screen.SaveScreen(shot) ? shot : QStringLiteral("not saved"));
-        }
+        if (!shown)
+            ADD_FAILURE() << qPrintable(ColourFailureReport(screen, PlayerWindows(), Centre, QString::fromLatin1(pszShot)));
         return shown;
     }
 
