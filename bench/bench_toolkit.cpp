@@ -2,6 +2,7 @@
 // lone repaint, and the reading of the default skin.
 #include "platform/CQKHostWnd.h"
 #include "platform/QKAppFolder.h"
+#include "player/CQKPlayerFaces.h"
 #include "toolkit/CQKButton.h"
 #include "toolkit/CQKUIHostWnd.h"
 #include "toolkit/CQKUIManager.h"
@@ -89,6 +90,15 @@ void BM_LoadDefaultSkin(benchmark::State& state)
     }
 }
 BENCHMARK(BM_LoadDefaultSkin)->Unit(benchmark::kMicrosecond);
+
+// Making the panel's face strips and the audio note from the theme, once at start-up.
+void BM_CreateFaces(benchmark::State& state)
+{
+    CQKPlayerFaces faces;
+    for (auto _ : state)
+        faces.CreateFaces(nullptr);
+}
+BENCHMARK(BM_CreateFaces)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 
