@@ -1,5 +1,6 @@
 // Benchmarks of the toolkit core: the full repaint of a main-window-sized host, one control's
 // lone repaint, and the reading of the default skin.
+#include "controls/CQKSlider.h"
 #include "platform/CQKHostWnd.h"
 #include "platform/QKAppFolder.h"
 #include "player/CQKPlayerFaces.h"
@@ -79,6 +80,24 @@ void BM_LoneRepaint(benchmark::State& state)
     }
 }
 BENCHMARK(BM_LoneRepaint)->Arg(104)->Arg(114)->Unit(benchmark::kMicrosecond);
+
+// A drag step of a seek bar (600 by 16, over its saved background): the position moves and
+// the slider repaints itself alone, as it does on every pointer move of a drag.
+void BM_SliderDragStep(benchmark::State& state)
+{
+    BenchHost host;
+    auto* slider = new CQKSlider();
+    host.Manager()->AddControl(200, slider, QKKIND_SLIDER);
+    slider->MoveTo(130, 400, 600, 16, 0);
+    slider->EnableBackgroundCache(true);
+    host.Manager()->PaintAll();
+    double dPos = 40.0;
+    for (auto _ : state) {
+        dPos = dPos == 40.0 ? 60.0 : 40.0;
+        slider->SetPos(dPos, 1);
+    }
+}
+BENCHMARK(BM_SliderDragStep)->Unit(benchmark::kMicrosecond);
 
 // Reading the default skin into a fresh manager (the font table is emptied with it).
 void BM_LoadDefaultSkin(benchmark::State& state)

@@ -5,6 +5,7 @@
 // in code. Hover, press and click them: a click shows its command id in the status line,
 // the play face turns into pause and back, and "Disable faces" greys the row of faces out.
 #include "DemoFaces.h"
+#include "DemoSlider.h"
 #include "platform/CQKGraphics.h"
 #include "platform/QKAppFolder.h"
 #include "platform/QKMessages.h"
@@ -131,5 +132,6 @@ int main(int argc, char** argv)
     if (!window.Open())
         return 1;
     const auto pFaces = OpenFacesDemo();
+    const auto sliderDemo = OpenSliderDemo();
     return app.exec();
 }

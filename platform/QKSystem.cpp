@@ -42,6 +42,26 @@ void QKSetClipboardText(const QString& text)
     QGuiApplication::clipboard()->setText(text);
 }
 
+namespace {
+
+std::function<bool(const QUrl&)>& UrlOpener()
+{
+    static std::function<bool(const QUrl&)> opener;
+    return opener;
+}
+
+} // namespace
+
+void QKSetUrlOpener(std::function<bool(const QUrl&)> opener)
+{
+    UrlOpener() = std::move(opener);
+}
+
+bool OpenURL(const QString& address)
+{
+    return QKOpenURL(address);
+}
+
 bool QKOpenURL(const QString& address)
 {
     if (address.isEmpty())
@@ -53,5 +73,7 @@ bool QKOpenURL(const QString& address)
         url = QUrl::fromLocalFile(QFileInfo(address).absoluteFilePath());
     if (!url.isValid())
         return false;
+    if (UrlOpener())
+        return UrlOpener()(url);
     return QDesktopServices::openUrl(url);
 }

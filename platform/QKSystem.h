@@ -2,6 +2,9 @@
 // Small services of the system that the program needs outside any window.
 #include <QString>
 #include <cstdint>
+#include <functional>
+
+class QUrl;
 
 // Milliseconds of a monotonic clock (it never goes back and does not follow the wall clock).
 uint64_t QKGetTickCount();
@@ -17,3 +20,9 @@ void QKSetClipboardText(const QString& text);
 // Opens an address (web address, or a file or folder) with the desktop's default handler.
 // False when nothing could take it.
 bool QKOpenURL(const QString& address);
+// The link control's way to a browser: opens a web address with the desktop's default
+// handler, as QKOpenURL does, and returns whether it could. An empty address opens nothing.
+bool OpenURL(const QString& address);
+// Replaces what hands an address to the desktop (tests: no browser is started); an empty
+// function puts the desktop's handler back. The function gets the address as resolved.
+void QKSetUrlOpener(std::function<bool(const QUrl&)> opener);

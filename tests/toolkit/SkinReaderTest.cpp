@@ -2,6 +2,8 @@
 // input without failing the window.
 #include "ToolkitTestSupport.h"
 
+#include "controls/CQKSlider.h"
+
 #include "support/TestPaths.h"
 
 #include "toolkit/CQKButton.h"
@@ -244,7 +246,7 @@ TEST_F(SkinTest, KindsWithoutTheirClassAreSkippedUntilRegistered)
 
     // Where the later layers plug in: once a kind is registered its element makes a control.
     RegisterFake(QKKIND_CHECK);
-    RegisterFake(QKKIND_SLIDER);
+    QKRegisterControlKind(QKKIND_SLIDER, CQKSlider::KindHooks());
     ASSERT_EQ(Load(skin), 1);
     ASSERT_EQ(Manager().Children().size(), 4u);
     auto* check = static_cast<FakeControl*>(Manager().FindControl(1, QKKIND_CHECK));
@@ -252,7 +254,7 @@ TEST_F(SkinTest, KindsWithoutTheirClassAreSkippedUntilRegistered)
     EXPECT_EQ(check->nKind, QKKIND_CHECK);
     EXPECT_EQ(check->nFontID, 2u);
     EXPECT_TRUE(check->bFinished);
-    auto* slider = static_cast<FakeControl*>(Manager().FindControl(2, QKKIND_SLIDER));
+    auto* slider = dynamic_cast<CQKSlider*>(Manager().FindControl(2, QKKIND_SLIDER));
     ASSERT_TRUE(slider);
     EXPECT_EQ(slider->nX, 3);
     EXPECT_EQ(slider->nFontID, 0u) << "a slider reads no fontid";

@@ -116,6 +116,10 @@ int QtKeyOf(uint32_t vk)
         return Qt::Key_Space;
     case VK_ESCAPE:
         return Qt::Key_Escape;
+    case VK_LEFT:
+        return Qt::Key_Left;
+    case VK_RIGHT:
+        return Qt::Key_Right;
     default:
         return static_cast<int>(vk);
     }
