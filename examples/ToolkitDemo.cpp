@@ -4,6 +4,7 @@
 // two picture strips and a text button. A row of drawn faces and two text buttons are made
 // in code. Hover, press and click them: a click shows its command id in the status line,
 // the play face turns into pause and back, and "Disable faces" greys the row of faces out.
+#include "DemoButtons.h"
 #include "platform/CQKGraphics.h"
 #include "platform/QKAppFolder.h"
 #include "platform/QKMessages.h"
@@ -129,5 +130,6 @@ int main(int argc, char** argv)
     DemoWindow window;
     if (!window.Open())
         return 1;
+    ShowButtonsDemo();
     return app.exec();
 }
