@@ -264,7 +264,7 @@ void CQKDialogBase::OnLeftButtonDown(QPoint pt, uint32_t keys)
         return;
     // No window manager to hand the drag to: the window follows the pointer itself.
     bDragging = true;
-    ptDragStart = GetCursorPos();
+    ptDragStart = ClientToScreen(pt);
     ptWindowStart = GetWindowRect().topLeft();
     SetCapture();
 }
@@ -273,7 +273,8 @@ void CQKDialogBase::OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys)
 {
     if (bDragging && (msg == WM_MOUSEMOVE || msg == WM_LBUTTONUP)) {
         const QRect rc = GetWindowRect();
-        const QPoint to = ptWindowStart + (GetCursorPos() - ptDragStart);
+        // The event's own point, in the window's place at this moment.
+        const QPoint to = ptWindowStart + (ClientToScreen(pt) - ptDragStart);
         MoveWindow(to.x(), to.y(), rc.width(), rc.height(), false);
         if (msg == WM_LBUTTONUP) {
             bDragging = false;

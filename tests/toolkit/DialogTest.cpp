@@ -238,3 +238,40 @@ TEST_F(DialogTest, FadeInStepsAndFadeOutStartsFromTheCurrentAlpha)
     EXPECT_FALSE(bTimer);
     EXPECT_TRUE(plain.vecAlpha.empty());
 }
+
+TEST_F(DialogTest, CaptionDragsTheWindowAndALongTitleStopsShortOfTheCross)
+{
+    g_UIColors.clrTitleBar = QKRGB(0, 0, 200);
+    g_UIColors.clrTitleTextStart = g_UIColors.clrTitleTextEnd = QKRGB(255, 255, 255);
+    const QString title = QString(QStringLiteral("W")).repeated(120);
+    QPoint moved;
+    QPoint movedAfter;
+    QImage screen;
+    WhenShown(title, [&](CQKHostWnd& host) {
+        host.InvalidateRect();
+        host.UpdateWindow();
+        screen = host.HostImage().copy();
+        const QPoint before = host.GetWindowRect().topLeft();
+        orbeltest::HostDriver driver(host);
+        // The pointer's path on the screen, given to the window in its client pixels of the
+        // moment, as the window system does while the window follows.
+        const QPoint start = host.ClientToScreen(QPoint(100, 10));
+        driver.Press(QPoint(100, 10));
+        driver.Move(host.ScreenToClient(start + QPoint(30, 20)));
+        driver.Move(host.ScreenToClient(start + QPoint(50, 30)));
+        driver.Release(host.ScreenToClient(start + QPoint(50, 30)));
+        moved = host.GetWindowRect().topLeft() - before;
+        driver.Press(QPoint(100, 80)); // below the caption: no drag
+        driver.Move(QPoint(160, 120));
+        driver.Release(QPoint(160, 120));
+        movedAfter = host.GetWindowRect().topLeft() - before;
+        Type(host, Qt::Key_Escape);
+    });
+    EXPECT_EQ(ShowMessageTitled(title, QStringLiteral("Drag me"), 0), 2);
+    EXPECT_EQ(moved, QPoint(50, 30));
+    EXPECT_EQ(movedAfter, QPoint(50, 30)) << "a drag below the caption moves nothing";
+    ASSERT_FALSE(screen.isNull());
+    const int W = screen.width();
+    EXPECT_FALSE(BoxOf(screen, Qt::white, 60, QRect(5, 0, W - 65, 30)).isEmpty()) << "the title";
+    EXPECT_EQ(BoxOf(screen, Qt::white, 60, QRect(W - 55, 0, 55, 30)), QRect()) << "nothing of it past W-60";
+}
