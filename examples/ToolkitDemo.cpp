@@ -6,6 +6,7 @@
 // the play face turns into pause and back, and "Disable faces" greys the row of faces out.
 #include "DemoFaces.h"
 #include "DemoSlider.h"
+#include "DemoButtons.h"
 #include "platform/CQKGraphics.h"
 #include "platform/QKAppFolder.h"
 #include "platform/QKMessages.h"
@@ -133,5 +134,6 @@ int main(int argc, char** argv)
         return 1;
     const auto pFaces = OpenFacesDemo();
     const auto sliderDemo = OpenSliderDemo();
+    ShowButtonsDemo();
     return app.exec();
 }

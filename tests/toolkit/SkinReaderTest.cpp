@@ -7,6 +7,8 @@
 #include "support/TestPaths.h"
 
 #include "toolkit/CQKButton.h"
+#include "toolkit/CQKCheck.h"
+#include "toolkit/CQKRadio.h"
 #include "toolkit/CQKSkinReader.h"
 #include "toolkit/CQKUIManager.h"
 #include "toolkit/QKControlKinds.h"
@@ -261,6 +263,24 @@ TEST_F(SkinTest, KindsWithoutTheirClassAreSkippedUntilRegistered)
     EXPECT_EQ(slider->nFrames, 4u) << "nor state";
     EXPECT_TRUE(slider->szText.isNull()) << "and no child elements";
     EXPECT_TRUE(slider->strToolTip.isEmpty());
+}
+
+TEST_F(SkinTest, CheckAndRadioElementsMakeTheirControls)
+{
+    QKRegisterControlKind(QKKIND_CHECK, CQKCheck::KindHooks());
+    QKRegisterControlKind(QKKIND_RADIO, CQKRadio::KindHooks());
+    ASSERT_EQ(Load(QStringLiteral("<skin><check id=\"1\" x=\"4\" y=\"5\" width=\"90\" height=\"20\" fontid=\"2\"><text>Loop</text></check>"
+                                  "<radio id=\"2\" fontid=\"3\"><tooltip>tip</tooltip></radio></skin>")),
+        1);
+    auto* check = dynamic_cast<CQKCheck*>(Manager().FindControl(1, QKKIND_CHECK));
+    auto* radio = dynamic_cast<CQKRadio*>(Manager().FindControl(2, QKKIND_RADIO));
+    ASSERT_TRUE(check && radio);
+    EXPECT_EQ(check->GetRect(), QRect(4, 5, 90, 20));
+    EXPECT_EQ(check->szText, QStringLiteral("Loop"));
+    EXPECT_EQ(check->nFontID, 2u);
+    EXPECT_FALSE(check->IsChecked());
+    EXPECT_EQ(radio->strToolTip, QStringLiteral("tip"));
+    EXPECT_EQ(radio->nFontID, 3u);
 }
 
 TEST_F(SkinTest, ComboBoxHeightIsTheListPlusTwentyTwo)
