@@ -30,7 +30,7 @@ protected:
     {
         ASSERT_TRUE(host.Open(200, 100));
         button = new CQKButton();
-        host.Manager()->AddControl(41, button, 0);
+        host.Manager()->AddControl(41, std::unique_ptr<CQKButton>(button), 0);
         button->MoveTo(20, 20, 60, 30, 0);
         host.Manager()->PaintAll();
         host.ClearReceived();
@@ -128,7 +128,7 @@ TEST_F(ButtonTest, PressDraggedOutAndBackStillClicks)
 TEST_F(ButtonTest, ReleaseOverAnotherControlClicksNeither)
 {
     auto* other = new CQKButton();
-    host.Manager()->AddControl(42, other, 0);
+    host.Manager()->AddControl(42, std::unique_ptr<CQKButton>(other), 0);
     other->MoveTo(120, 20, 60, 30, 0);
     // Pressed on the second control, released over the first (earlier in the list).
     host.Move(QPoint(130, 30));
@@ -244,7 +244,7 @@ TEST_F(ButtonTest, WideOrHighStripsAreSqueezedIntoTheControl)
     EXPECT_EQ(BoxOf(host.HostImage(), Qt::red, 10), QRect(20, 20, 30, 16));
     // The lone repaint comes to the same.
     button->nState = 1;
-    button->Paint(nullptr, nullptr);
+    button->RepaintAlone();
     EXPECT_EQ(BoxOf(host.HostImage(), Qt::green, 10), QRect(20, 20, 30, 16));
 }
 
@@ -288,7 +288,7 @@ TEST_F(ButtonTest, SetImageKeepsACopyAndDoesNotRepaint)
     mine.fill(Qt::yellow);
     EXPECT_EQ(PixelAt(*button->pImage, 1, 1), QColor(Qt::red)) << "the caller keeps its own picture";
     EXPECT_EQ(BoxOf(host.HostImage(), Qt::red, 10), QRect()) << "not on screen before a repaint";
-    button->Paint(nullptr, nullptr);
+    button->RepaintAlone();
     EXPECT_FALSE(BoxOf(host.HostImage(), Qt::red, 10).isEmpty());
     button->SetImage(nullptr);
     EXPECT_FALSE(button->pImage);
@@ -319,14 +319,14 @@ TEST_F(ButtonTest, LoneRepaintUsesTheSavedBackgroundOrTheGround)
     host.Manager()->PaintAll();
     EXPECT_EQ(PixelAt(host.HostImage(), 25, 25), QColor(Qt::green));
     // Without the cache a lone repaint lays the theme's ground under the control.
-    button->Paint(nullptr, nullptr);
+    button->RepaintAlone();
     EXPECT_EQ(PixelAt(host.HostImage(), 25, 25), FromBGR(g_clrFace));
     EXPECT_EQ(PixelAt(host.HostImage(), 10, 10), QColor(Qt::red)) << "only the control's own area changes";
     // With it, what lay beneath at the last full repaint.
     button->EnableBackgroundCache(true);
     host.Manager()->PaintAll();
     ASSERT_TRUE(button->pBackCache);
-    button->Paint(nullptr, nullptr);
+    button->RepaintAlone();
     EXPECT_EQ(PixelAt(host.HostImage(), 25, 25), QColor(Qt::green));
     // Moving drops the cache.
     button->MoveTo(21, 20, 60, 30, 0);
@@ -354,7 +354,7 @@ TEST_F(ButtonTest, ControlFarLargerThanItsWindowRepaintsOnlyWhatShows)
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(button->GetRect().right(), INT32_MAX - 1);
     host.Manager()->PaintAll();
-    button->Paint(nullptr, nullptr);
+    button->RepaintAlone();
 }
 
 TEST_F(ButtonTest, HidingLeavesTheHoleForTheNextFullRepaint)
@@ -440,7 +440,7 @@ TEST_F(ButtonTest, FilledFaceShowsTheExactStateColours)
     face->layers[2].bFill = 1;
     face->layers[2].pPath = std::make_unique<CQKGraphicsPath>();
     face->layers[2].pPath->AddRectangle(QRectF(0, 0, 10, 10));
-    button->AddFace(face, true);
+    button->AddFace(std::unique_ptr<tagQKFace>(face), true);
     button->MoveTo(0, 0, 30, 30, 0);
     EXPECT_EQ(PixelAt(PaintAlone(*button), 15, 15), QColor(0, 200, 0));
     EXPECT_EQ(BoxOf(PaintAlone(*button), QColor(0, 200, 0), 0), QRect(10, 10, 10, 10)) << "centred";
@@ -459,6 +459,30 @@ TEST_F(ButtonTest, FilledFaceShowsTheExactStateColours)
     // A null face changes nothing.
     button->AddFace(nullptr, true);
     EXPECT_EQ(button->vecFaces.size(), 1u);
+}
+
+TEST_F(ButtonTest, FaceClipMovesWithTheFaceAndPathsStayPut)
+{
+    SetFaceColours();
+    auto face = std::make_unique<tagQKFace>();
+    face->layers[2].bFill = 1;
+    face->layers[2].pPath = std::make_unique<CQKGraphicsPath>();
+    face->layers[2].pPath->AddRectangle(QRectF(0, 0, 10, 10));
+    // Only the left half of the square shows.
+    face->layers[2].pClipPath = std::make_unique<CQKGraphicsPath>();
+    face->layers[2].pClipPath->AddRectangle(QRectF(0, 0, 5, 10));
+    // A clip of a layer without a path is no part of the painting.
+    face->layers[3].pClipPath = std::make_unique<CQKGraphicsPath>();
+    face->layers[3].pClipPath->AddRectangle(QRectF(0, 0, 2, 2));
+    button->AddFace(std::move(face), true);
+    button->MoveTo(0, 0, 30, 30, 0);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(BoxOf(PaintAlone(*button), QColor(0, 200, 0), 0), QRect(10, 10, 5, 10)) << "paint " << i;
+        const tagQKFace& f = *button->vecFaces[0];
+        EXPECT_EQ(f.layers[2].pPath->GetBounds(), QRectF(0, 0, 10, 10));
+        EXPECT_EQ(f.layers[2].pClipPath->GetBounds(), QRectF(0, 0, 5, 10));
+        EXPECT_EQ(f.layers[3].pClipPath->GetBounds(), QRectF(0, 0, 2, 2));
+    }
 }
 
 TEST_F(ButtonTest, NormalFaceRunsFromStartColourToEndColour)

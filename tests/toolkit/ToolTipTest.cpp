@@ -49,7 +49,7 @@ protected:
     {
         ASSERT_TRUE(host.Open(200, 100));
         button = new CQKButton();
-        host.Manager()->AddControl(7, button, 0);
+        host.Manager()->AddControl(7, std::unique_ptr<CQKButton>(button), 0);
         button->MoveTo(20, 20, 60, 30, 0);
         button->SetToolTip(QStringLiteral("Open a file"));
     }

@@ -85,7 +85,7 @@ protected:
     Probe* Add(uint32_t id, uint32_t kind, QRect rc, std::string name = {})
     {
         auto* p = new Probe(&log, std::move(name));
-        M().AddControl(id, p, kind);
+        M().AddControl(id, std::unique_ptr<CQKButton>(p), kind);
         p->MoveTo(rc.x(), rc.y(), rc.width(), rc.height(), 0);
         return p;
     }
@@ -129,7 +129,7 @@ TEST_F(ManagerTest, AddControlGivesEachKindItsDefaultFont)
     for (uint32_t k = 0; k < QKKIND_COUNT; ++k) {
         auto* p = new CQKButton();
         p->nFontID = 77;
-        M().AddControl(100 + k, p, k);
+        M().AddControl(100 + k, std::unique_ptr<CQKButton>(p), k);
         EXPECT_EQ(p->nFontID, static_cast<uint32_t>(expected[k])) << "kind " << k;
     }
     // The popup list's kind is left entirely to its owner.
@@ -150,9 +150,9 @@ TEST_F(ManagerTest, EditKindsGetTheirWindowAfterTheirFont)
     auto* a = new CQKButton();
     auto* b = new CQKButton();
     auto* c = new CQKButton();
-    M().AddControl(1, a, QKKIND_EDIT);
-    M().AddControl(2, b, QKKIND_EDITTIME);
-    M().AddControl(3, c, QKKIND_STATIC);
+    M().AddControl(1, std::unique_ptr<CQKButton>(a), QKKIND_EDIT);
+    M().AddControl(2, std::unique_ptr<CQKButton>(b), QKKIND_EDITTIME);
+    M().AddControl(3, std::unique_ptr<CQKButton>(c), QKKIND_STATIC);
     ASSERT_EQ(g_vecEdited.size(), 2u);
     EXPECT_EQ(g_vecEdited[0], a);
     EXPECT_EQ(g_vecEdited[1], b);
@@ -369,7 +369,7 @@ TEST_F(ManagerTest, TeardownDeletesControlsAndCountsManagers)
         auto font = std::make_unique<tagQKFont>();
         font->nID = 4;
         g_vecFonts.push_back(std::move(font));
-        extra.AddControl(1, new CQKButton(), 0);
+        extra.AddControl(1, std::unique_ptr<CQKButton>(new CQKButton()), 0);
     }
     EXPECT_EQ(g_nManagerCount, before);
     EXPECT_EQ(g_vecFonts.size(), 1u) << "the host's manager still lives";
