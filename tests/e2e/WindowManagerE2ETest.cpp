@@ -10,8 +10,6 @@
 #include <iostream>
 #include <vector>
 
-// Xlib's macros (None, Bool, Status…) clash with other headers, so it comes last.
-
 using namespace orbeltest;
 
 namespace {

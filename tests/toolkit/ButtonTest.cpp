@@ -68,23 +68,24 @@ protected:
 
 TEST_F(ButtonTest, HoverFollowsThePointerAndLeaveResets)
 {
-    host.Move(QPoint(5, 5));
+    host.input.Move(QPoint(5, 5));
     EXPECT_EQ(button->nState, 0u);
-    host.Move(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
     EXPECT_EQ(button->nState, 1u);
-    host.Move(QPoint(79, 49)); // the last pixel inside
+    host.input.Move(QPoint(79, 49)); // the last pixel inside
     EXPECT_EQ(button->nState, 1u);
-    host.Move(QPoint(80, 49)); // the right edge is outside
+    host.input.Move(QPoint(80, 49)); // the right edge is outside
     EXPECT_EQ(button->nState, 0u);
-    host.Move(QPoint(30, 30));
-    host.Leave();
+    host.input.Move(QPoint(30, 30));
+    host.input.Leave();
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(Clicks(), 0u);
 }
 
 TEST_F(ButtonTest, PressAndReleaseInsideClicksOnce)
 {
-    host.Click(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
+    host.input.Click(QPoint(30, 30));
     ASSERT_EQ(Clicks(), 1u);
     const tagMessage m = host.Received(WM_COMMAND)[0];
     EXPECT_EQ(m.wParam, 41u);
@@ -97,17 +98,17 @@ TEST_F(ButtonTest, PressAndReleaseInsideClicksOnce)
 
 TEST_F(ButtonTest, PressDraggedOutAndReleasedOutsideDoesNotClick)
 {
-    host.Move(QPoint(30, 30));
-    host.Press(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
+    host.input.Press(QPoint(30, 30));
     EXPECT_EQ(button->nState, 2u);
     EXPECT_EQ(CQKHostWnd::GetCapture(), &host);
-    host.Move(QPoint(150, 80));
+    host.input.Move(QPoint(150, 80));
     EXPECT_EQ(button->nState, 2u) << "a pressed control stays down while the pointer is out";
-    host.Leave(); // the pointer leaves the window with the button held
+    host.input.Leave(); // the pointer leaves the window with the button held
     EXPECT_EQ(button->nState, 2u);
-    host.Move(QPoint(300, 300)); // outside the window, heard through the capture
+    host.input.Move(QPoint(300, 300)); // outside the window, heard through the capture
     EXPECT_EQ(button->nState, 2u);
-    host.Release(QPoint(300, 300));
+    host.input.Release(QPoint(300, 300));
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
     EXPECT_EQ(Clicks(), 0u);
@@ -115,12 +116,12 @@ TEST_F(ButtonTest, PressDraggedOutAndReleasedOutsideDoesNotClick)
 
 TEST_F(ButtonTest, PressDraggedOutAndBackStillClicks)
 {
-    host.Move(QPoint(30, 30));
-    host.Press(QPoint(30, 30));
-    host.Move(QPoint(150, 80));
-    host.Move(QPoint(40, 40));
+    host.input.Move(QPoint(30, 30));
+    host.input.Press(QPoint(30, 30));
+    host.input.Move(QPoint(150, 80));
+    host.input.Move(QPoint(40, 40));
     EXPECT_EQ(button->nState, 2u);
-    host.Release(QPoint(40, 40));
+    host.input.Release(QPoint(40, 40));
     EXPECT_EQ(Clicks(), 1u);
     EXPECT_EQ(button->nState, 1u);
 }
@@ -131,11 +132,11 @@ TEST_F(ButtonTest, ReleaseOverAnotherControlClicksNeither)
     host.Manager()->AddControl(42, std::unique_ptr<CQKButton>(other), 0);
     other->MoveTo(120, 20, 60, 30, 0);
     // Pressed on the second control, released over the first (earlier in the list).
-    host.Move(QPoint(130, 30));
-    host.Press(QPoint(130, 30));
-    host.Move(QPoint(30, 30));
+    host.input.Move(QPoint(130, 30));
+    host.input.Press(QPoint(130, 30));
+    host.input.Move(QPoint(30, 30));
     EXPECT_EQ(button->nState, 0u) << "no hover while another holds the press";
-    host.Release(QPoint(30, 30));
+    host.input.Release(QPoint(30, 30));
     EXPECT_EQ(Clicks(), 0u);
     EXPECT_EQ(other->nState, 0u);
     EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
@@ -143,9 +144,9 @@ TEST_F(ButtonTest, ReleaseOverAnotherControlClicksNeither)
 
 TEST_F(ButtonTest, RightReleaseOutsideEndsAHeldPress)
 {
-    host.Move(QPoint(30, 30));
-    host.Press(QPoint(30, 30));
-    host.RightRelease(QPoint(150, 80));
+    host.input.Move(QPoint(30, 30));
+    host.input.Press(QPoint(30, 30));
+    host.input.Release(QPoint(150, 80), Qt::RightButton);
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
     EXPECT_EQ(Clicks(), 0u);
@@ -154,24 +155,26 @@ TEST_F(ButtonTest, RightReleaseOutsideEndsAHeldPress)
 TEST_F(ButtonTest, DisabledOrHiddenControlIgnoresTheMouse)
 {
     button->Enable(0, 1);
-    host.Click(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
+    host.input.Click(QPoint(30, 30));
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
     button->Enable(1, 1);
     button->Show(0, 0);
-    host.Click(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
+    host.input.Click(QPoint(30, 30));
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(Clicks(), 0u);
 }
 
 TEST_F(ButtonTest, DisablingOrHidingDropsHoverAtOnce)
 {
-    host.Move(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
     ASSERT_EQ(button->nState, 1u);
     button->Enable(0, 0);
     EXPECT_EQ(button->nState, 0u);
     button->Enable(1, 0);
-    host.Move(QPoint(31, 30));
+    host.input.Move(QPoint(31, 30));
     ASSERT_EQ(button->nState, 1u);
     button->Show(0, 0);
     EXPECT_EQ(button->nState, 0u);
@@ -180,7 +183,8 @@ TEST_F(ButtonTest, DisablingOrHidingDropsHoverAtOnce)
 TEST_F(ButtonTest, ZeroSizedControlTakesNoInputAndPaintsNothing)
 {
     button->MoveTo(20, 20, 0, 30, 0);
-    host.Click(QPoint(20, 20));
+    host.input.Move(QPoint(20, 20));
+    host.input.Click(QPoint(20, 20));
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(Clicks(), 0u);
     const QImage red = Solid(4, 4, Qt::red);
@@ -198,8 +202,8 @@ TEST_F(ButtonTest, EnterClicksAFocusedControlOnKeyDownOnly)
     EXPECT_EQ(button->PreTranslateKey(WM_KEYUP, VK_RETURN, 0), 0);
     EXPECT_EQ(button->PreTranslateKey(WM_KEYDOWN, VK_SPACE, 0), 0);
     EXPECT_EQ(Clicks(), 0u);
-    host.Key(VK_RETURN, true);
-    host.Key(VK_RETURN, false);
+    host.input.KeyPress(Qt::Key_Return);
+    host.input.KeyRelease(Qt::Key_Return);
     ASSERT_EQ(Clicks(), 1u);
     EXPECT_EQ(host.Received(WM_COMMAND)[0].wParam, 41u);
     button->Enable(0, 0);
@@ -344,13 +348,13 @@ TEST_F(ButtonTest, ControlFarLargerThanItsWindowRepaintsOnlyWhatShows)
     host.Manager()->PaintAll();
     ASSERT_TRUE(button->pBackCache);
     EXPECT_EQ(button->pBackCache->size(), QSize(200, 100)) << "only the part inside the window is kept";
-    host.Move(QPoint(100, 50)); // hover: a lone repaint
+    host.input.Move(QPoint(100, 50)); // hover: a lone repaint
     EXPECT_EQ(button->nState, 1u);
     EXPECT_EQ(PixelAt(host.HostImage(), 100, 50), QColor(Qt::white));
 
     // At the very end of the number range nothing overflows.
     button->MoveTo(INT32_MAX - 5, INT32_MAX - 5, INT32_MAX, INT32_MAX, 0);
-    host.Move(QPoint(150, 80));
+    host.input.Move(QPoint(150, 80));
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(button->GetRect().right(), INT32_MAX - 1);
     host.Manager()->PaintAll();
