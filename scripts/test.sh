@@ -40,7 +40,7 @@ status=0
 echo "== format and line count"
 "$root/scripts/format.sh" --check || status=1
 "$root/scripts/check-widgets.sh" || status=1
-"$root/scripts/test-ratio.sh"
+"$root/scripts/test-ratio.sh" || status=1
 
 echo "== build and test"
 "$root/scripts/build.sh" build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORBEL_WERROR=ON -DORBEL_BENCH=ON
