@@ -563,17 +563,6 @@ TEST_F(ButtonTest, GlyphsHaveTheirOwnSizes)
     EXPECT_LT(PixelAt(next, box.left() + 1, box.center().y()).green(), 30);
 }
 
-TEST_F(ButtonTest, PaintFaceLeavesThePathsWhereTheyWere)
-{
-    SetFaceColours();
-    button->SetFace(3);
-    button->MoveTo(0, 0, 40, 40, 0);
-    const QRect before = button->vecFaces[0]->layers[2].pPath->GetBoundsI();
-    const QImage first = PaintAlone(*button);
-    EXPECT_EQ(button->vecFaces[0]->layers[2].pPath->GetBoundsI(), before);
-    EXPECT_EQ(PaintAlone(*button), first) << "painting twice gives the same picture";
-}
-
 TEST_F(ButtonTest, TextIsColouredByStateAndNeedsItsFont)
 {
     AddFont(6, 20);
