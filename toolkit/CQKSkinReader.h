@@ -12,8 +12,8 @@
 // rule is kept so that a hand-edited file reads the same in every version of the program.
 //
 // Control kinds whose classes live in later layers (check boxes, lists, sliders...) plug in
-// through QKRegisterControlKind (QKControlKinds.h); an element of a kind that nobody
-// registered is skipped.
+// through QKRegisterControls() (controls/QKRegisterControls.h); an element of a kind that
+// nobody registered is skipped.
 #include <QString>
 #include <cstdint>
 #include <memory>

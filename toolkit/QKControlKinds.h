@@ -91,10 +91,11 @@ struct tagQKControlKind
     // A combo box's skin `height` is 22 for the control and the rest for its drop-down list:
     // this receives the list's part.
     void (*pfnSetListHeight)(CQKButton* pControl, int32_t nListHeight) { nullptr };
-    // The creation step of the edit kinds (QKKIND_EDIT, QKKIND_EDITTIME), run by AddControl
-    // after the font id.
+    // A creation step that AddControl runs after the font id on any kind that registers one:
+    // the edit window of QKKIND_EDIT and QKKIND_EDITTIME.
     void (*pfnCreateEditWindow)(CQKButton* pControl) { nullptr };
-    // Closes the combo box's popup when the combo box (QKKIND_COMBOBOX) loses the focus.
+    // Run by SetFocusControl when a control of the kind loses the focus: closes the popup of
+    // QKKIND_COMBOBOX.
     void (*pfnClosePopup)(CQKButton* pControl) { nullptr };
 };
 
