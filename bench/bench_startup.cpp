@@ -22,9 +22,9 @@
 //  - /proc readers: CPU ticks, PSS and RSS, the X server's pid.
 //  - Runs: one start run and one playing run of a player.
 //  - Tables and main: medians and ranges, the command line, the order of the runs.
-#include <X11/Xatom.h>
+#include "support/X11Screen.h"
+
 #include <X11/Xlib.h>
-#include <X11/Xutil.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -345,51 +345,31 @@ void EndProcessGroup(pid_t pid)
     kill(-pid, SIGKILL);
 }
 
-// Windows vanish while they are looked at; such errors are expected and ignored.
-int IgnoreXError(Display*, XErrorEvent*)
-{
-    return 0;
-}
-
-// The X screen, looked at through the root window.
-class RootWatcher
+// The X screen, looked at through the root window. Windows vanish while they are looked
+// at; such errors are expected and ignored.
+class RootWatcher : public orbeltest::X11Screen
 {
 public:
     RootWatcher()
+        : X11Screen(true)
     {
-        pDisplay = XOpenDisplay(nullptr);
-        if (!pDisplay)
-            return;
-        XSetErrorHandler(IgnoreXError);
-        nWidth = DisplayWidth(pDisplay, DefaultScreen(pDisplay));
-        nHeight = DisplayHeight(pDisplay, DefaultScreen(pDisplay));
     }
-
-    ~RootWatcher()
-    {
-        if (pDisplay)
-            XCloseDisplay(pDisplay);
-    }
-
-    bool IsOpen() const { return pDisplay != nullptr; }
 
     // How many points of a grid with nStep pixels between them show red. One row of the
     // screen is read per grid line, so a look costs a few dozen small requests.
     int CountRed() const
     {
         int nRed = 0;
-        const Window root = DefaultRootWindow(pDisplay);
-        for (int y = nStep / 2; y < nHeight; y += nStep) {
-            XImage* pImage = XGetImage(pDisplay, root, 0, y, nWidth, 1, AllPlanes, ZPixmap);
-            if (!pImage)
+        for (int y = nStep / 2; y < Height(); y += nStep) {
+            const std::vector<uint32_t> row = Read(0, y, Width(), 1);
+            if (row.empty())
                 continue;
-            for (int x = nStep / 2; x < nWidth; x += nStep) {
-                const unsigned long px = XGetPixel(pImage, x, 0);
+            for (int x = nStep / 2; x < Width(); x += nStep) {
+                const uint32_t px = row[static_cast<size_t>(x)];
                 const unsigned r = (px >> 16) & 0xFF, g = (px >> 8) & 0xFF, b = px & 0xFF;
                 if (r > 150 && g < 90 && b < 90)
                     ++nRed;
             }
-            XDestroyImage(pImage);
         }
         return nRed;
     }
@@ -399,14 +379,10 @@ public:
     uint64_t Fingerprint() const
     {
         uint64_t nHash = 1469598103934665603ull;
-        const Window root = DefaultRootWindow(pDisplay);
-        for (int y = 32; y < nHeight; y += 64) {
-            XImage* pImage = XGetImage(pDisplay, root, 0, y, nWidth, 1, AllPlanes, ZPixmap);
-            if (!pImage)
-                continue;
-            for (int x = 0; x < nWidth; x += 2)
-                nHash = (nHash ^ XGetPixel(pImage, x, 0)) * 1099511628211ull;
-            XDestroyImage(pImage);
+        for (int y = 32; y < Height(); y += 64) {
+            const std::vector<uint32_t> row = Read(0, y, Width(), 1);
+            for (size_t x = 0; x < row.size(); x += 2)
+                nHash = (nHash ^ row[x]) * 1099511628211ull;
         }
         return nHash;
     }
@@ -414,38 +390,18 @@ public:
     // The largest mapped top-level window of the process (by _NET_WM_PID), or 0.
     Window MainWindowOf(pid_t pid) const
     {
-        Window root = DefaultRootWindow(pDisplay);
-        Window parent = 0;
-        Window* pChildren = nullptr;
-        unsigned int nChildren = 0;
         Window best = 0;
         long nBestArea = 0;
-        if (!XQueryTree(pDisplay, root, &root, &parent, &pChildren, &nChildren))
-            return 0;
-        const Atom atomPid = XInternAtom(pDisplay, "_NET_WM_PID", False);
-        for (unsigned int i = 0; i < nChildren; ++i) {
+        for (const unsigned long w : ViewableWindows()) {
             XWindowAttributes attr {};
-            if (!XGetWindowAttributes(pDisplay, pChildren[i], &attr) || attr.map_state != IsViewable)
+            if (Property32(w, "_NET_WM_PID", "CARDINAL") != pid || !XGetWindowAttributes(Connection(), w, &attr))
                 continue;
-            Atom type = 0;
-            int nFormat = 0;
-            unsigned long nItems = 0, nAfter = 0;
-            unsigned char* pData = nullptr;
-            if (XGetWindowProperty(pDisplay, pChildren[i], atomPid, 0, 1, False, XA_CARDINAL, &type, &nFormat, &nItems, &nAfter,
-                    &pData)
-                    != Success
-                || !pData)
-                continue;
-            const long nPid = nItems == 1 && nFormat == 32 ? *reinterpret_cast<long*>(pData) : -1;
-            XFree(pData);
             const long nArea = static_cast<long>(attr.width) * attr.height;
-            if (nPid == pid && nArea > nBestArea) {
-                best = pChildren[i];
+            if (nArea > nBestArea) {
+                best = w;
                 nBestArea = nArea;
             }
         }
-        if (pChildren)
-            XFree(pChildren);
         return best;
     }
 
@@ -453,34 +409,15 @@ public:
     std::string SizeOf(Window window) const
     {
         XWindowAttributes attr {};
-        if (!window || !XGetWindowAttributes(pDisplay, window, &attr))
+        if (!window || !XGetWindowAttributes(Connection(), window, &attr))
             return std::string();
         return std::to_string(attr.width) + "x" + std::to_string(attr.height);
-    }
-
-    // Asks the window to close, as a window manager's close button does.
-    void RequestClose(Window window) const
-    {
-        XEvent ev {};
-        ev.xclient.type = ClientMessage;
-        ev.xclient.window = window;
-        ev.xclient.message_type = XInternAtom(pDisplay, "WM_PROTOCOLS", False);
-        ev.xclient.format = 32;
-        ev.xclient.data.l[0] = static_cast<long>(XInternAtom(pDisplay, "WM_DELETE_WINDOW", False));
-        ev.xclient.data.l[1] = CurrentTime;
-        XSendEvent(pDisplay, window, False, NoEventMask, &ev);
-        XFlush(pDisplay);
     }
 
     // The grid has 60 by 34 points on a 1920x1080 screen; a picture counts as shown when
     // about 4 % of a 1280x720 picture is red.
     static constexpr int nStep { 32 };
     static constexpr int nMinRed { 40 };
-
-private:
-    Display* pDisplay { nullptr };
-    int nWidth { 0 };
-    int nHeight { 0 };
 };
 
 // Waits until the clip's red picture shows; returns the time since tStart in ms, or a

@@ -34,8 +34,9 @@ public:
         strip.fill(0xFF406080);
         const int faces[] = { 0, 1, 2, 3, 8, 10, 28, 29 };
         for (int i = 0; i < 20; ++i) {
-            auto* p = new CQKButton();
-            Manager()->AddControl(100 + i, p, 0);
+            auto pOwned = std::make_unique<CQKButton>();
+            CQKButton* p = pOwned.get();
+            Manager()->AddControl(100 + i, std::move(pOwned), 0);
             p->MoveTo(10 + (i % 10) * 80, 450 + (i / 10) * 40, 70, 30, 0);
             if (i < 8) {
                 p->SetFace(faces[i]);
@@ -76,7 +77,7 @@ void BM_LoneRepaint(benchmark::State& state)
     CQKButton* p = host.Manager()->FindControl(static_cast<uint32_t>(state.range(0)), 0);
     for (auto _ : state) {
         p->nState = p->nState == 1 ? 0 : 1;
-        p->Paint(nullptr, nullptr);
+        p->RepaintAlone();
     }
 }
 BENCHMARK(BM_LoneRepaint)->Arg(104)->Arg(114)->Unit(benchmark::kMicrosecond);
@@ -87,7 +88,7 @@ void BM_SliderDragStep(benchmark::State& state)
 {
     BenchHost host;
     auto* slider = new CQKSlider();
-    host.Manager()->AddControl(200, slider, QKKIND_SLIDER);
+    host.Manager()->AddControl(200, std::unique_ptr<CQKButton>(slider), QKKIND_SLIDER);
     slider->MoveTo(130, 400, 600, 16, 0);
     slider->EnableBackgroundCache(true);
     host.Manager()->PaintAll();

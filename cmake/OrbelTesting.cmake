@@ -66,17 +66,21 @@ function(orbel_add_fuzzer name)
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "${ORBEL_TEST_ENV}" TIMEOUT 120 LABELS fuzz)
 endfunction()
 
-# orbel_folder_library(<target> [DEPS ...])
+# orbel_folder_library(<target> [DEPS ...] [PRIVATE_DEPS ...])
 #   The static library of one source folder, made of every .cpp in it. A folder without
 #   sources yet gives an interface target, so that others can link to it already.
+#   PRIVATE_DEPS are linked but their headers stay hidden from the library's users.
 function(orbel_folder_library target)
-  cmake_parse_arguments(L "" "" "DEPS" ${ARGN})
+  cmake_parse_arguments(L "" "" "DEPS;PRIVATE_DEPS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   if(sources)
     add_library(${target} STATIC ${sources} ${headers})
     target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR})
     target_link_libraries(${target} PUBLIC ${L_DEPS})
+    if(L_PRIVATE_DEPS)
+      target_link_libraries(${target} PRIVATE ${L_PRIVATE_DEPS})
+    endif()
   else()
     add_library(${target} INTERFACE)
     target_include_directories(${target} INTERFACE ${CMAKE_SOURCE_DIR})

@@ -104,7 +104,7 @@ private:
     T* Add(uint32_t id, uint32_t kind, QRect rc, const QString& text)
     {
         auto* p = new T();
-        Manager()->AddControl(id, p, kind);
+        Manager()->AddControl(id, std::unique_ptr<CQKButton>(p), kind);
         p->MoveTo(rc.x(), rc.y(), rc.width(), rc.height(), 0);
         p->SetFontID(kind == QKKIND_TEXTBUTTON ? 2 : 1);
         p->SetText(text, 0);

@@ -47,7 +47,7 @@ public:
             return false;
         for (size_t i = 0; i < std::size(kPanel); ++i) {
             auto* p = new CQKButton();
-            Manager()->AddControl(kPanel[i].nID, p, 0);
+            Manager()->AddControl(kPanel[i].nID, std::unique_ptr<CQKButton>(p), 0);
             const int nPad = (25 - kPanel[i].nSize) / 2;
             p->MoveTo(24 + static_cast<int>(i) * 36 + nPad, kRowPanel + nPad, kPanel[i].nSize, kPanel[i].nSize, 0);
         }
@@ -58,12 +58,12 @@ public:
         nStrips = static_cast<uint32_t>(std::size(strips));
         for (uint32_t i = 0; i < nStrips; ++i) {
             auto* p = new CQKButton();
-            Manager()->AddControl(kFirstStrip + i, p, 0);
+            Manager()->AddControl(kFirstStrip + i, std::unique_ptr<CQKButton>(p), 0);
             p->MoveTo(24 + static_cast<int>(i) * 36, kRowStrips, 25, 25, 0);
             p->SetImage(strips[i]);
         }
         auto* pDisable = new CQKButton();
-        Manager()->AddControl(kCmdDisable, pDisable, 0);
+        Manager()->AddControl(kCmdDisable, std::unique_ptr<CQKButton>(pDisable), 0);
         pDisable->MoveTo(24, 186, 130, 28, 0);
         pDisable->SetFontID(1);
         pDisable->SetText(QStringLiteral("Disable strips"), 0);

@@ -54,7 +54,7 @@ public:
         AddStatic(kStatus, QRect(16, 160, 448, 18), QStringLiteral("Click the groove or drag a thumb; wheel and arrows step the focused one."), 0);
 
         auto* link = new CQKLinkButton();
-        Manager()->AddControl(0, link, QKKIND_LINKBUTTON);
+        Manager()->AddControl(0, std::unique_ptr<CQKButton>(link), QKKIND_LINKBUTTON);
         link->MoveTo(16, 190, 220, 24, 0);
         link->SetFontID(1);
         link->SetText(QStringLiteral("Open the project page"), 0);
@@ -100,7 +100,7 @@ private:
     CQKStatic* AddStatic(uint32_t id, QRect rc, const QString& text, uint32_t nAlign)
     {
         auto* p = new CQKStatic();
-        Manager()->AddControl(id, p, QKKIND_STATIC);
+        Manager()->AddControl(id, std::unique_ptr<CQKButton>(p), QKKIND_STATIC);
         p->MoveTo(rc.x(), rc.y(), rc.width(), rc.height(), 0);
         p->SetFontStyle(12);
         p->UseUIFont();
@@ -114,7 +114,7 @@ private:
     {
         AddStatic(0, QRect(16, y, 70, 16), label, 0);
         auto* slider = new CQKSlider();
-        Manager()->AddControl(id, slider, QKKIND_SLIDER);
+        Manager()->AddControl(id, std::unique_ptr<CQKButton>(slider), QKKIND_SLIDER);
         slider->MoveTo(90, y, 300, 16, 0);
         slider->SetPos(dPos, 0);
         slider->EnableDragNotify();

@@ -4,15 +4,17 @@
 // two picture strips and a text button. A row of drawn faces and two text buttons are made
 // in code. Hover, press and click them: a click shows its command id in the status line,
 // the play face turns into pause and back, and "Disable faces" greys the row of faces out.
+#include "DemoButtons.h"
 #include "DemoFaces.h"
 #include "DemoSlider.h"
-#include "DemoButtons.h"
+#include "controls/QKRegisterControls.h"
 #include "platform/CQKGraphics.h"
 #include "platform/QKAppFolder.h"
 #include "platform/QKMessages.h"
 #include "toolkit/CQKButton.h"
 #include "toolkit/CQKUIHostWnd.h"
 #include "toolkit/CQKUIManager.h"
+#include "toolkit/QKControlKinds.h"
 #include "toolkit/QKFonts.h"
 #include "toolkit/QKTheme.h"
 
@@ -38,8 +40,9 @@ public:
             return false;
         Manager()->LoadSkinFrom(this, QKAppFolder() + QStringLiteral("demo/demo.xml"));
         for (size_t i = 0; i < std::size(kFaces); ++i) {
-            auto* p = new CQKButton();
-            Manager()->AddControl(kFirstFace + static_cast<uint32_t>(i), p, 0);
+            auto pOwned = std::make_unique<CQKButton>();
+            CQKButton* p = pOwned.get();
+            Manager()->AddControl(kFirstFace + static_cast<uint32_t>(i), std::move(pOwned), QKKIND_BUTTON);
             p->MoveTo(24 + static_cast<int>(i) * 44, 140, 36, 32, 0);
             p->SetFace(kFaces[i]);
             p->SetHoverFrame(true);
@@ -108,8 +111,9 @@ protected:
 private:
     void AddTextButton(uint32_t id, QRect rc, const QString& text)
     {
-        auto* p = new CQKButton();
-        Manager()->AddControl(id, p, 0);
+        auto pOwned = std::make_unique<CQKButton>();
+        CQKButton* p = pOwned.get();
+        Manager()->AddControl(id, std::move(pOwned), QKKIND_BUTTON);
         p->MoveTo(rc.x(), rc.y(), rc.width(), rc.height(), 0);
         p->SetFontID(1);
         p->SetText(text, 0);
@@ -125,6 +129,7 @@ private:
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
+    QKRegisterControls();
     // The program's theme (colours and font settings) from the skin folder beside it.
     LoadUIColors();
     LoadBigFontFile();

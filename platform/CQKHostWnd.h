@@ -18,16 +18,18 @@
 //
 //   event                      | what the host gets
 //   ---------------------------+--------------------------------------------------------------
-//   move inside                | OnSetCursor (no capture anywhere), then OnMouseMessage(512);
-//                              | leave tracking starts
-//   left press/release         | 513 / 514
-//   left double click          | 515 instead of the second 513
-//   right press/release        | 516 / 517 (518 for a right double click)
+//   move inside                | OnSetCursor (no capture anywhere), then
+//                              | OnMouseMessage(WM_MOUSEMOVE (512)); leave tracking starts
+//   left press/release         | WM_LBUTTONDOWN (513) / WM_LBUTTONUP (514)
+//   left double click          | WM_LBUTTONDBLCLK (515) instead of the second WM_LBUTTONDOWN
+//   right press/release        | WM_RBUTTONDOWN (516) / WM_RBUTTONUP (517)
+//                              | (WM_RBUTTONDBLCLK (518) for a right double click)
 //   anything outside           | only while this host holds the capture; without one it goes
 //                              | to the host of ours under the pointer, if any
 //   while another host holds   | goes to that host, in its client pixels
 //   the capture                |
-//   pointer leaves the window  | OnMouseMessage(675, (-99,-99)), once per entry
+//   pointer leaves the window  | OnMouseMessage(WM_MOUSELEAVE (675), (-99,-99)), once per
+//                              | entry
 //   wheel                      | OnMouseWheel(keys, delta 120 a notch, client point)
 //
 // Points are client pixels of the receiving host. Keys of mouse messages are MK_* flags.
@@ -262,7 +264,7 @@ protected:
     virtual void OnTimer(uint32_t nID);
     // Before each mouse move that no capture holds, as the system asks which cursor to
     // show. Return true when the host set one; otherwise the arrow is shown (and a control
-    // may still set its own in the OnMouseMessage(512) that follows).
+    // may still set its own in the OnMouseMessage(WM_MOUSEMOVE (512)) that follows).
     virtual bool OnSetCursor(QPoint pt);
     virtual void OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys);
     // True when consumed; otherwise nothing else happens with the wheel.

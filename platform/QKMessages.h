@@ -1,8 +1,9 @@
 #pragma once
 // The window-message numbers of the program.
 //
-// Hosts, controls and the engine speak to each other with numbered messages and keep the
-// numbers of the design, so a message reads the same wherever it is handled. Standard
+// Hosts, controls and the engine speak to each other with numbered messages. Each number is
+// fixed and unique, so a message reads the same wherever it is handled and a number seen in
+// a log names one message only. Standard
 // numbers come first, then the program's private ones. wParam and lParam of each private
 // message are described where it is sent.
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Play, pause, stop, the play thread and the end of media.
 //
-//   state    | how it is recognised                        | play thread | timer 1
-//   ---------+---------------------------------------------+-------------+--------
+//   state    | how it is recognised                        | play thread | QKTIMER_POSITION
+//   ---------+---------------------------------------------+-------------+-----------------
 //   empty    | the current path is not an existing file    | none        | off
 //   stopped  | existing file, engine not ready             | none        | off
 //   playing  | qkplaydll_IsPlaying                         | running     | on
@@ -14,7 +14,8 @@
 //   play            | paused                   | playing             | resume
 //   stop            | playing, paused          | stopped             | OnStop
 //   new file        | any                      | playing             | OnStop, then start
-//   end of media    | playing                  | stopped or next     | command 22 or 36
+//   end of media    | playing                  | stopped or next     | QKCMD_STOP (22) or
+//                   |                          |                     | QKCMD_PLAYEND_NEXT (36)
 #include "player/CQKPlayerDlg.h"
 
 #include "platform/CQKPlayWnd.h"

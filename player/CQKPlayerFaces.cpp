@@ -266,9 +266,9 @@ std::unique_ptr<QImage> MakeOptions()
 
 // --- the drawn faces ------------------------------------------------------------------------
 
-tagQKFace* NewLayer2Face(CQKGraphicsPath path, bool bAntiAlias)
+std::unique_ptr<tagQKFace> NewLayer2Face(CQKGraphicsPath path, bool bAntiAlias)
 {
-    auto* pFace = new tagQKFace();
+    auto pFace = std::make_unique<tagQKFace>();
     tagQKFaceLayer& layer = pFace->layers[2];
     layer.bAntiAlias = bAntiAlias ? 1 : 0;
     layer.nPenWidth = 1;

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets everything up, builds Orbel Player and runs every test:
-#   1. the source format check and the test-to-program line ratio,
+#   1. the source format check, the check that Qt's widgets stay in platform/, and the
+#      test-to-program line ratio,
 #   2. the whole suite in the normal build,
 #   3. the whole suite again with AddressSanitizer and UndefinedBehaviorSanitizer,
 #   4. each fuzz target for a short while on its seed corpus.
@@ -38,7 +39,8 @@ run_ctest() {
 status=0
 echo "== format and line count"
 "$root/scripts/format.sh" --check || status=1
-"$root/scripts/test-ratio.sh"
+"$root/scripts/check-widgets.sh" || status=1
+"$root/scripts/test-ratio.sh" || status=1
 
 echo "== build and test"
 "$root/scripts/build.sh" build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORBEL_WERROR=ON -DORBEL_BENCH=ON

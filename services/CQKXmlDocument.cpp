@@ -408,8 +408,9 @@ bool CQKXmlDocument::SaveFile(const char16_t* pszPath) const
     const bool bWritten = WriteAll(fd, reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()) && ::fsync(fd) == 0;
     const bool bClosed = ::close(fd) == 0;
     if (!bWritten || !bClosed) {
-        // The file could be opened, so the save counts as done, as it always has; but the
-        // old file is kept rather than replaced by a partial one.
+        // SaveFile's answer says whether the file could be opened for writing, and it could,
+        // so the save counts as done; the old file is kept rather than replaced by a partial
+        // one.
         ::unlink(temp.c_str());
         return true;
     }

@@ -6,6 +6,7 @@
 
 #include "CQKToolTipWnd.h"
 #include "CQKUIManager.h"
+#include "QKControlKinds.h"
 #include "QKFonts.h"
 #include "QKTheme.h"
 #include "platform/CQKGraphics.h"
@@ -21,19 +22,26 @@
 
 CQKButton::CQKButton() = default;
 
+tagQKControlKind CQKButton::KindHooks()
+{
+    tagQKControlKind hooks;
+    hooks.pfnCreate = [] { return new CQKButton(); };
+    return hooks;
+}
+
 CQKButton::~CQKButton()
 {
     if (pToolTipWnd && pToolTipWnd->IsWindow())
         pToolTipWnd->DestroyWindow();
 }
 
-void CQKButton::AddFace(tagQKFace* pFace, bool bReplace)
+void CQKButton::AddFace(std::unique_ptr<tagQKFace> pFace, bool bReplace)
 {
     if (!pFace)
         return;
     if (bReplace)
         vecFaces.clear();
-    vecFaces.emplace_back(pFace);
+    vecFaces.push_back(std::move(pFace));
 }
 
 void CQKButton::SetImage(const QImage* pBitmap)
@@ -81,9 +89,9 @@ QRect CQKButton::GetRect() const
 
 namespace {
 
-tagQKFace* NewGlyphFace(std::unique_ptr<CQKGraphicsPath> pPath, uint32_t nPenWidth = 1)
+std::unique_ptr<tagQKFace> NewGlyphFace(std::unique_ptr<CQKGraphicsPath> pPath, uint32_t nPenWidth = 1)
 {
-    auto* pFace = new tagQKFace();
+    auto pFace = std::make_unique<tagQKFace>();
     tagQKFaceLayer& layer = pFace->layers[2];
     layer.bAntiAlias = 1;
     layer.bFill = 0;
@@ -151,10 +159,10 @@ void CQKButton::SetFace(int nFaceKind)
         p->AddPolygon({ { 0, 0 }, { 8, 3 }, { 8, 19 }, { 0, 15 } });
         p->StartFigure();
         p->AddLines({ { 0, 0 }, { 13, 0 }, { 13, 15 }, { 9, 15 } });
-        tagQKFace* pFace = NewGlyphFace(std::move(p));
+        std::unique_ptr<tagQKFace> pFace = NewGlyphFace(std::move(p));
         pFace->layers[0].bAntiAlias = 1;
         pFace->layers[0].nPenWidth = 2;
-        AddFace(pFace, false);
+        AddFace(std::move(pFace), false);
         break;
     }
     case 8: { // play, then pause
@@ -195,50 +203,68 @@ void CQKButton::SetFace(int nFaceKind)
 
 // --- the mouse state machine --------------------------------------------------------------
 //
-// "in" is the point inside the control, "cap" the host holding the mouse capture.
+// "in" is the point inside the control, "cap" the host holding the mouse capture. The first
+// two columns are the rows ClassifyMouse tells apart; subclasses with state machines of their
+// own (the slider, the lists, the scroll bars) start from the same rows.
 //
-//   condition                 | message          | what happens                          | repaint
-//   --------------------------+------------------+---------------------------------------+--------
-//   disabled or hidden        | any              | nothing                               | no
-//   out, cap not this host    | any              | tip hides; state 0                    | if changed
-//   out, cap this host        | 514, 517         | state 0, capture released             | if changed
-//   out, cap this host        | others           | nothing: a pressed control stays down | no
-//   in, cap this host         | 514              | click if down; state 1; release       | if not 1 before
-//   in, cap this host         | others           | nothing                               | no
-//   in, no capture            | 512              | cursor; if normal: tip shows, state 1 | if changed
-//   in, no capture            | 513              | if not down: cursor, state 2, focus,  | if changed
-//                             |                  | capture                               |
-//   in, no capture            | 514, not hover   | cursor; click if down; state 1        | yes
-//   in, cap another window    | any              | nothing                               | no
+//   condition                 | message                 | what happens                   | repaint
+//   --------------------------+-------------------------+--------------------------------+----------
+//   disabled or hidden        | any                     | nothing                        | no
+//   out, cap not this host    | any                     | tip hides; state 0             | if changed
+//   out, cap this host        | WM_LBUTTONUP (514),     | state 0, capture released      | if changed
+//                             | WM_RBUTTONUP (517)      |                                |
+//   out, cap this host        | others                  | nothing: a pressed control     | no
+//                             |                         | stays down                     |
+//   in, cap this host         | WM_LBUTTONUP (514)      | click if down; state 1;        | if not 1
+//                             |                         | release                        | before
+//   in, cap this host         | others                  | nothing                        | no
+//   in, no capture            | WM_MOUSEMOVE (512)      | cursor; if normal: tip shows,  | if changed
+//                             |                         | state 1                        |
+//   in, no capture            | WM_LBUTTONDOWN (513)    | if not down: cursor, state 2,  | if changed
+//                             |                         | focus, capture                 |
+//   in, no capture            | WM_LBUTTONUP (514),     | cursor; click if down; state 1 | yes
+//                             | not hover               |                                |
+//   in, cap another window    | any                     | nothing                        | no
 //
 // So a press dragged out and back still clicks, and one released outside does not.
 
-int CQKButton::OnMouseEvent(CQKHostWnd* pHost, uint32_t nMsg, const QPoint& pt)
+CQKButton::MouseCase CQKButton::ClassifyMouse(CQKHostWnd* pHost, uint32_t nMsg, const QPoint& pt) const
 {
     if (!bEnabled || !bVisible)
-        return 0;
-    const bool bIn = HitTest(pt);
+        return MouseCase::Inert;
     CQKHostWnd* pCap = CQKHostWnd::GetCapture();
-    if (!bIn) {
-        if (pCap != pHost || !pHost) {
-            ShowToolTip(0);
-            if (nState != 0) {
-                nState = 0;
-                return 1;
-            }
-            return 0;
-        }
-        if (nMsg == WM_LBUTTONUP || nMsg == WM_RBUTTONUP) {
-            const bool bChanged = nState != 0;
+    if (!HitTest(pt)) {
+        if (pCap != pHost || !pHost)
+            return MouseCase::OutFree;
+        return nMsg == WM_LBUTTONUP || nMsg == WM_RBUTTONUP ? MouseCase::OutRelease : MouseCase::OutHeld;
+    }
+    if (pCap && pCap == pHost)
+        return nMsg == WM_LBUTTONUP ? MouseCase::InRelease : MouseCase::InHeld;
+    return pCap ? MouseCase::InOtherCapture : MouseCase::InFree;
+}
+
+int CQKButton::OnMouseEvent(CQKHostWnd* pHost, uint32_t nMsg, const QPoint& pt)
+{
+    switch (ClassifyMouse(pHost, nMsg, pt)) {
+    case MouseCase::Inert:
+    case MouseCase::OutHeld:
+    case MouseCase::InHeld:
+    case MouseCase::InOtherCapture:
+        return 0;
+    case MouseCase::OutFree:
+        ShowToolTip(0);
+        if (nState != 0) {
             nState = 0;
-            CQKHostWnd::ReleaseCapture();
-            return bChanged ? 1 : 0;
+            return 1;
         }
         return 0;
+    case MouseCase::OutRelease: {
+        const bool bChanged = nState != 0;
+        nState = 0;
+        CQKHostWnd::ReleaseCapture();
+        return bChanged ? 1 : 0;
     }
-    if (pCap && pCap == pHost) {
-        if (nMsg != WM_LBUTTONUP)
-            return 0;
+    case MouseCase::InRelease: {
         const uint32_t nOld = nState;
         if (nState == 2)
             OnClick(pt);
@@ -246,8 +272,9 @@ int CQKButton::OnMouseEvent(CQKHostWnd* pHost, uint32_t nMsg, const QPoint& pt)
         CQKHostWnd::ReleaseCapture();
         return nOld != 1 ? 1 : 0;
     }
-    if (pCap)
-        return 0;
+    case MouseCase::InFree:
+        break;
+    }
     switch (nMsg) {
     case WM_MOUSEMOVE:
         if (hCursor && pHost)
@@ -297,7 +324,7 @@ void CQKButton::SetText(const QString& strText, int bRepaint)
 {
     szText = strText;
     if (bRepaint && bVisible)
-        Paint(nullptr, nullptr);
+        RepaintAlone();
 }
 
 void CQKButton::GetText(QString& strOut) const
@@ -314,7 +341,7 @@ void CQKButton::Enable(int bEnable, int bRepaint)
     if (bEnable != bEnabled) {
         bEnabled = bEnable;
         if (bRepaint && bVisible)
-            Paint(nullptr, nullptr);
+            RepaintAlone();
     }
 }
 
@@ -336,7 +363,7 @@ void CQKButton::Show(int bShow, int bRepaint)
             hWndHost->InvalidateRect(&rc);
         }
     } else {
-        Paint(nullptr, nullptr);
+        RepaintAlone();
     }
 }
 
@@ -400,6 +427,11 @@ void CQKButton::SetToolTip(const QString& strText)
 }
 
 // --- painting -------------------------------------------------------------------------------
+
+void CQKButton::RepaintAlone()
+{
+    Paint(nullptr, nullptr);
+}
 
 void CQKButton::Paint(CQKGraphics* pGraphics, QImage* pBitmap)
 {
@@ -526,7 +558,8 @@ int CQKButton::PaintFace(CQKGraphics* pGraphics, const QRect& rc)
     if (!bVisible || nFaceIndex < 0 || nFaceIndex >= static_cast<int>(vecFaces.size()) || !vecFaces[nFaceIndex])
         return 0;
     tagQKFace& face = *vecFaces[nFaceIndex];
-    const int nOldSmoothing = pGraphics->GetSmoothingMode();
+    // The face's paths stay in the glyph's own coordinates; the painter is moved instead.
+    pGraphics->Save();
     pGraphics->SetSmoothingMode(QKSmoothingHighQuality);
 
     // Centre the whole face by the bounds of all its layers; a pressed face sits one pixel
@@ -545,12 +578,7 @@ int CQKButton::PaintFace(CQKGraphics* pGraphics, const QRect& rc)
         ox += 1;
         oy += 1;
     }
-    for (tagQKFaceLayer& layer : face.layers) {
-        if (layer.pPath)
-            layer.pPath->Translate(ox, oy);
-        if (layer.pClipPath)
-            layer.pClipPath->Translate(ox, oy);
-    }
+    pGraphics->TranslateTransform(ox, oy);
 
     const tagQKUIColors& ui = g_UIColors;
     uint32_t clrStartLow = ui.clrFaceEnd; // layers 0 and 1
@@ -570,7 +598,7 @@ int CQKButton::PaintFace(CQKGraphics* pGraphics, const QRect& rc)
     }
 
     for (int i = 0; i < 4; ++i) {
-        tagQKFaceLayer& layer = face.layers[i];
+        const tagQKFaceLayer& layer = face.layers[i];
         if (!layer.pPath)
             continue;
         pGraphics->SetSmoothingMode(layer.bAntiAlias ? QKSmoothingHighQuality : QKSmoothingDefault);
@@ -593,16 +621,8 @@ int CQKButton::PaintFace(CQKGraphics* pGraphics, const QRect& rc)
         }
         if (layer.pClipPath)
             pGraphics->ResetClip();
-        layer.pPath->Translate(-ox, -oy);
-        if (layer.pClipPath)
-            layer.pClipPath->Translate(-ox, -oy);
     }
-    // Clip paths of layers without a path were moved too; put them back.
-    for (tagQKFaceLayer& layer : face.layers) {
-        if (!layer.pPath && layer.pClipPath)
-            layer.pClipPath->Translate(-ox, -oy);
-    }
-    pGraphics->SetSmoothingMode(nOldSmoothing);
+    pGraphics->Restore();
     return 1;
 }
 

@@ -3,12 +3,22 @@
 //
 // A control is no window: it is a rectangle in its host's client area with a state, a
 // picture, a text and the 22 virtual operations below, which the UI manager calls. It
-// repaints itself alone (Paint with two null arguments) through a private picture of its own
-// size that it copies to the host; a full repaint of the host paints it into the host's
-// composition instead.
+// repaints itself alone (RepaintAlone) through a private picture of its own size that it
+// copies to the host; a full repaint of the host paints it into the host's composition
+// instead.
+//
+// A subclass (a control of another kind) overrides what it does differently, most often:
+//   OnMouseEvent     its own mouse state machine, starting from ClassifyMouse's rows;
+//   PaintContent     what it draws over its picture or face (text, a thumb, list rows);
+//   OnLayoutChanged  laying itself out again after the host's size changed;
+//   PreTranslateKey, OnMouseWheel, OnSetFocus, OnKillFocus, OnActivate  its input;
+//   OnClick          what a click does instead of posting WM_COMMAND with its id.
+// Which of these the manager calls at all for a kind stands in the traits table
+// (QKControlKinds.h), and the class offers `static tagQKControlKind KindHooks();` for
+// QKRegisterControls().
 //
 // The fields are public: the manager, the skin reader and every subclass read and write them
-// directly, as the controls of this toolkit have always done.
+// directly, which keeps the skin reader a plain list of assignments.
 #include "toolkit/QKFace.h"
 
 #include <QImage>
@@ -25,6 +35,7 @@ class CQKGraphics;
 class CQKHostWnd;
 class CQKToolTipWnd;
 class CQKUIManager;
+struct tagQKControlKind;
 
 class CQKButton
 {
@@ -32,12 +43,14 @@ public:
     CQKButton();
     CQKButton(const CQKButton&) = delete;
     CQKButton& operator=(const CQKButton&) = delete;
+    // What the toolkit needs to make a plain button from the skin (QKKIND_BUTTON).
+    static tagQKControlKind KindHooks();
 
     // Builds the drawn faces of a built-in glyph kind (0, 1, 2, 3, 8, 10, 28, 29), replacing
     // earlier faces; other kinds leave no face.
     void SetFace(int nFaceKind);
     // Takes a face; with `bReplace` earlier faces go first. A null face does nothing.
-    void AddFace(tagQKFace* pFace, bool bReplace);
+    void AddFace(std::unique_ptr<tagQKFace> pFace, bool bReplace);
     void SetFaceIndex(int nIndex) { nFaceIndex = nIndex; }
     void ClearFaces() { vecFaces.clear(); }
     // Replaces the picture by a 32-bit ARGB copy of `pBitmap` (null: no picture). No repaint.
@@ -63,6 +76,8 @@ public:
 
     // The point lies in the control (right and bottom edges excluded).
     bool HitTest(const QPoint& pt) const;
+    // Repaints this control alone, straight to its host (Paint with two nulls).
+    void RepaintAlone();
 
     // --- the 22 virtual operations, in the order of their slots --------------------------
     // Draws the current drawn face centred in `rc`; 1 if it drew one.
@@ -71,9 +86,11 @@ public:
     // With a graphics object: paints into the host's composition, `pBitmap` being that
     // composition (for the background cache). With two nulls: repaints this control alone.
     virtual void Paint(CQKGraphics* pGraphics, QImage* pBitmap);
-    // The mouse state machine; nonzero when the control must be repainted.
+    // The mouse state machine (the table in CQKButton.cpp); nonzero when the control must be
+    // repainted.
     virtual int OnMouseEvent(CQKHostWnd* pHost, uint32_t nMsg, const QPoint& pt);
-    // A key message (WM_KEYDOWN or WM_KEYUP, VK_* code, QKMOD_* flags); nonzero if consumed.
+    // A key message (WM_KEYDOWN (256) or WM_KEYUP (257), VK_* code, QKMOD_* flags); nonzero
+    // if consumed.
     virtual int PreTranslateKey(uint32_t nMsg, uint32_t nVk, uint32_t nMods);
     // A null text clears it.
     virtual void SetText(const QString& strText, int bRepaint);
@@ -95,6 +112,21 @@ public:
     virtual void ShowToolTip(int bShow);
 
 protected:
+    // The rows of the capture table above OnMouseEvent (CQKButton.cpp): where the point lies
+    // (in or out of the control), who holds the capture, and for some rows the message.
+    enum class MouseCase {
+        Inert, // disabled or hidden: nothing happens
+        OutFree, // out, the capture not with this host
+        OutRelease, // out, this host captures, WM_LBUTTONUP or WM_RBUTTONUP
+        OutHeld, // out, this host captures, any other message
+        InRelease, // in, this host captures, WM_LBUTTONUP
+        InHeld, // in, this host captures, any other message
+        InFree, // in, no capture: the message decides
+        InOtherCapture, // in, another window captures
+    };
+    // Classifies a mouse message for this control by those rows.
+    MouseCase ClassifyMouse(CQKHostWnd* pHost, uint32_t nMsg, const QPoint& pt) const;
+
     // Draws the picture's frame for the current state into `rc` (host or local coordinates).
     // `bLone` is set in a repaint of this control alone.
     void PaintPicture(CQKGraphics* pGraphics, const QRect& rc, bool bLone);

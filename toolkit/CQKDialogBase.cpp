@@ -130,11 +130,11 @@ void CQKDialogBase::CreateControls()
 {
     if (!pUIManager)
         return;
-    auto* pClose = new CQKButton();
+    auto pClose = std::make_unique<CQKButton>();
     pClose->bCacheBackground = 1;
     pClose->nFrames = 4;
     pClose->SetFace(0);
-    pUIManager->AddControl(IDCANCEL, pClose, QKKIND_BUTTON);
+    pUIManager->AddControl(IDCANCEL, std::move(pClose), QKKIND_BUTTON);
     AddTextButton(IDOK, QStringLiteral("OK"));
     AddTextButton(IDCANCEL, QStringLiteral("Cancel"));
 }
@@ -143,9 +143,10 @@ CQKTextButton* CQKDialogBase::AddTextButton(uint32_t nID, const QString& text)
 {
     if (!pUIManager)
         return nullptr;
-    auto* p = new CQKTextButton();
+    auto pOwned = std::make_unique<CQKTextButton>();
+    CQKTextButton* p = pOwned.get();
     p->SetText(text, 0);
-    pUIManager->AddControl(nID, p, QKKIND_TEXTBUTTON);
+    pUIManager->AddControl(nID, std::move(pOwned), QKKIND_TEXTBUTTON);
     // After AddControl, which gives the kind's default font.
     p->SetFontID(kButtonFont);
     return p;

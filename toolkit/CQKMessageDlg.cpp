@@ -43,9 +43,13 @@ void CQKMessageDlg::CreateControls()
     CQKDialogBase::CreateControls();
     if (!pUIManager)
         return;
-    // The message itself: a label that only paints its text, centred, with font 6.
-    auto* pText = new CQKButton();
-    pUIManager->AddControl(kTextID, pText, QKKIND_STATIC);
+    // The message itself: a static text, centred, with font 6. The static text lives in a layer
+    // above the toolkit, so it is made through its registered kind; a plain control that paints
+    // the same text stands in where nobody registered it.
+    const auto pfnCreate = QKControlKind(QKKIND_STATIC).pfnCreate;
+    std::unique_ptr<CQKButton> pOwned(pfnCreate ? pfnCreate() : new CQKButton());
+    CQKButton* pText = pOwned.get();
+    pUIManager->AddControl(kTextID, std::move(pOwned), QKKIND_STATIC);
     pText->SetFontID(kTextFont);
     AddTextButton(IDYES, QStringLiteral("Yes"));
     AddTextButton(IDNO, QStringLiteral("No"));

@@ -231,9 +231,10 @@ void CQKSkinReader::ReadControl(const tinyxml2::XMLElement* pElement, uint32_t n
     const tagQKControlKind& maker = QKControlKind(nKind);
     if (!maker.pfnCreate)
         return;
-    CQKButton* pControl = maker.pfnCreate();
-    if (!pControl)
+    std::unique_ptr<CQKButton> pOwned(maker.pfnCreate());
+    if (!pOwned)
         return;
+    CQKButton* pControl = pOwned.get();
     pControl->hWndHost = manager.hWndHost;
     pControl->pManager = &manager;
     pControl->nKind = nKind;
@@ -265,7 +266,7 @@ void CQKSkinReader::ReadControl(const tinyxml2::XMLElement* pElement, uint32_t n
     ReadControlChildren(pElement, pControl, nFlags);
     if (maker.pfnFinishSkin)
         maker.pfnFinishSkin(*this, pElement, pControl);
-    manager.AppendChild(pControl->nID, pControl, nKind);
+    manager.AppendChild(pControl->nID, std::move(pOwned), nKind);
 }
 
 void CQKSkinReader::ReadControlChildren(const tinyxml2::XMLElement* pElement, CQKButton* pControl, uint32_t nFlags)

@@ -8,12 +8,12 @@
 //
 // Numbers: every integer attribute is read as "%d" would read it and every real as "%lf",
 // through one scratch number that starts at 0 for each file and is never reset. A value that
-// does not parse therefore stores the last number that did. Skins rely on nothing else, but
-// this is how hand-edited files have always been read, so it stays.
+// does not parse therefore stores the last number that did. Skins rely on nothing else; the
+// rule is kept so that a hand-edited file reads the same in every version of the program.
 //
 // Control kinds whose classes live in later layers (check boxes, lists, sliders...) plug in
-// through QKRegisterControlKind (QKControlKinds.h); an element of a kind that nobody
-// registered is skipped.
+// through QKRegisterControls() (controls/QKRegisterControls.h); an element of a kind that
+// nobody registered is skipped.
 #include <QString>
 #include <cstdint>
 #include <memory>

@@ -6,13 +6,14 @@
 //
 //   window event      | what happens
 //   ------------------+------------------------------------------------------------------
-//   mouse move        | OnMouseMessage(512); the platform tracks the leave
+//   mouse move        | OnMouseMessage(WM_MOUSEMOVE (512)); the platform tracks the leave
 //   left down         | OnLeftButtonDown(pt) (a dialog tests its caption there first);
-//                     | by default OnMouseMessage(513)
-//   left up, double   | OnMouseMessage(514), (515)
-//   right down        | OnMouseMessage(516)
-//   right up          | OnMouseMessage(517), after the host's own handling
-//   pointer leaves    | OnMouseMessage(675) at -99,-99, a point outside every control
+//                     | by default OnMouseMessage(WM_LBUTTONDOWN (513))
+//   left up, double   | OnMouseMessage(WM_LBUTTONUP (514)), (WM_LBUTTONDBLCLK (515))
+//   right down        | OnMouseMessage(WM_RBUTTONDOWN (516))
+//   right up          | OnMouseMessage(WM_RBUTTONUP (517)), after the host's own handling
+//   pointer leaves    | OnMouseMessage(WM_MOUSELEAVE (675)) at -99,-99, a point outside
+//                     | every control
 //   wheel             | the manager's OnMouseWheel; consumed when it returns nonzero
 //   activation        | the manager's OnActivate (1 active, 0 inactive)
 //   keys              | the manager's PreTranslateKey first (Tab, the focus control)
@@ -20,8 +21,8 @@
 //   size              | OnLayout (the host's own layout), InvalidateCaches, PaintAll
 //   destroy           | the manager is deleted
 //
-// The composition sends the host message 1924 with the CQKGraphics* of the picture in
-// wParam; OnPaintBackground receives it.
+// The composition sends the host QKM_PAINTBACKGROUND (1924) with the CQKGraphics* of the
+// picture in wParam; OnPaintBackground receives it.
 #include "platform/CQKHostWnd.h"
 
 #include <memory>

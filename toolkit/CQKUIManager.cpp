@@ -16,27 +16,9 @@ int g_nManagerCount = 0;
 
 namespace {
 
-// Paths handed to the skin reader are limited as they always were; a longer one is no file.
+// A skin path longer than this is taken for no file: no real folder nests that deep, and the
+// reader never sees a path it could not open.
 constexpr qsizetype kMaxSkinPathBytes = 9999;
-
-bool TakesWheel(uint32_t nKind)
-{
-    switch (nKind) {
-    case QKKIND_EDIT:
-    case QKKIND_VLISTBOX:
-    case QKKIND_HLISTBOX:
-    case QKKIND_COMBOBOX:
-    case QKKIND_COMBOBOXLIST:
-    case QKKIND_MENUBUTTON:
-    case QKKIND_COLORBUTTON:
-    case QKKIND_SLIDER:
-    case QKKIND_LISTCTRL:
-    case QKKIND_TIMELINEEDITOR:
-        return true;
-    default:
-        return false;
-    }
-}
 
 } // namespace
 
@@ -76,33 +58,31 @@ int CQKUIManager::LoadSkinFrom(CQKHostWnd* pHost, const QString& path)
     return 1;
 }
 
-void CQKUIManager::AddControl(uint32_t nID, CQKButton* pControl, uint32_t nKind)
+void CQKUIManager::AddControl(uint32_t nID, std::unique_ptr<CQKButton> pControl, uint32_t nKind)
 {
     if (!pControl)
         return;
-    if (nKind < QKKIND_COUNT && nKind != QKKIND_COMBOBOXLIST) {
+    const tagQKKindTraits& traits = QKKindTraits(nKind);
+    if (traits.bAdopted) {
         pControl->hWndHost = hWndHost;
         pControl->nID = nID;
         pControl->pManager = this;
         pControl->nKind = nKind;
-        const int32_t nFont = QKDefaultFontID(nKind);
-        if (nFont >= 0)
-            pControl->nFontID = static_cast<uint32_t>(nFont);
-        if (nKind == QKKIND_EDIT || nKind == QKKIND_EDITTIME) {
-            if (auto pfn = QKControlKind(nKind).pfnCreateEditWindow)
-                pfn(pControl);
-        }
+        if (traits.nDefaultFont >= 0)
+            pControl->nFontID = static_cast<uint32_t>(traits.nDefaultFont);
+        if (auto pfn = QKControlKind(nKind).pfnCreateEditWindow)
+            pfn(pControl.get());
         if (nKind == QKKIND_TIMELINEEDITOR)
-            pTimelineEditor = pControl;
+            pTimelineEditor = pControl.get();
     }
-    AppendChild(nID, pControl, nKind);
+    AppendChild(nID, std::move(pControl), nKind);
 }
 
-void CQKUIManager::AppendChild(uint32_t nID, CQKButton* pControl, uint32_t nKind)
+void CQKUIManager::AppendChild(uint32_t nID, std::unique_ptr<CQKButton> pControl, uint32_t nKind)
 {
     auto pChild = std::make_unique<tagQKChild>();
     pChild->nID = nID;
-    pChild->pControl.reset(pControl);
+    pChild->pControl = std::move(pControl);
     pChild->nKind = nKind;
     vecChildren.push_back(std::move(pChild));
 }
@@ -121,17 +101,16 @@ void CQKUIManager::OnMouseMessage(uint32_t nMsg, const QPoint* pPoint)
     const QPoint pt = pPoint ? *pPoint : QPoint(QK_LEAVE_POINT, QK_LEAVE_POINT);
     for (size_t i = 0; i < vecChildren.size(); ++i) {
         tagQKChild& child = *vecChildren[i];
-        // The time edit takes its mouse input through its own edit window only.
-        if (child.nKind == QKKIND_EDITTIME || !child.pControl)
+        if (!QKKindTraits(child.nKind).bMouse || !child.pControl)
             continue;
         if (child.pControl->OnMouseEvent(hWndHost, nMsg, pt))
-            child.pControl->Paint(nullptr, nullptr);
+            child.pControl->RepaintAlone();
     }
 }
 
 int CQKUIManager::OnMouseWheel(uint32_t nFlags, int nDelta, const QPoint& pt)
 {
-    if (!pFocus || !TakesWheel(nFocusKind))
+    if (!pFocus || !QKKindTraits(nFocusKind).bWheel)
         return 0;
     return pFocus->OnMouseWheel(nFlags, nDelta, pt);
 }
@@ -139,7 +118,7 @@ int CQKUIManager::OnMouseWheel(uint32_t nFlags, int nDelta, const QPoint& pt)
 void CQKUIManager::OnActivate(uint32_t nState)
 {
     for (const auto& p : vecChildren) {
-        if (p->nKind != QKKIND_HLISTBOX && p->nKind != QKKIND_EDITTIME && p->pControl)
+        if (QKKindTraits(p->nKind).bActivation && p->pControl)
             p->pControl->OnActivate(nState);
     }
 }
@@ -154,9 +133,7 @@ int CQKUIManager::PreTranslateKey(uint32_t nMsg, uint32_t nVk, uint32_t nMods)
         FocusNext();
         return 1;
     }
-    if (!pFocus || nFocusKind >= QKKIND_COUNT)
-        return 0;
-    if (nFocusKind == QKKIND_EDITTIME || nFocusKind == QKKIND_CONVERTWINDOW || nFocusKind == QKKIND_ADLISTBOX)
+    if (!pFocus || !QKKindTraits(nFocusKind).bKeys)
         return 0;
     return pFocus->PreTranslateKey(nMsg, nVk, nMods);
 }
@@ -184,16 +161,14 @@ void CQKUIManager::FocusNext()
 void CQKUIManager::SetFocusControl(CQKButton* pControl, uint32_t nKind)
 {
     if (pFocus && (pFocus != pControl || nFocusKind != nKind)) {
-        if (nFocusKind != QKKIND_EDITTIME)
+        if (QKKindTraits(nFocusKind).bKillFocus)
             pFocus->OnKillFocus();
-        if (nFocusKind == QKKIND_COMBOBOX) {
-            if (auto pfn = QKControlKind(QKKIND_COMBOBOX).pfnClosePopup)
-                pfn(pFocus);
-        }
+        if (auto pfn = QKControlKind(nFocusKind).pfnClosePopup)
+            pfn(pFocus);
     }
     pFocus = pControl;
     nFocusKind = nKind;
-    if (pControl && nKind < QKKIND_COUNT && nKind != QKKIND_HLISTBOX && nKind != QKKIND_EDITTIME)
+    if (pControl && QKKindTraits(nKind).bSetFocus)
         pControl->OnSetFocus();
 }
 
@@ -252,8 +227,7 @@ void CQKUIManager::InvalidateCaches()
         if (!p->pControl)
             continue;
         p->pControl->DropBackCache();
-        const uint32_t k = p->nKind;
-        if ((k >= QKKIND_VLISTBOX && k <= QKKIND_TOOLBUTTON) || (k >= QKKIND_CONVERTWINDOW && k <= QKKIND_SHOWWAVEDATA))
+        if (QKKindTraits(p->nKind).bLayout)
             p->pControl->OnLayoutChanged();
     }
 }

@@ -47,9 +47,10 @@ public:
     int LoadSkinFrom(CQKHostWnd* pHost, const QString& path);
     // Adds a control made in code: gives it the host, its id, this manager and the default
     // font of its kind, and runs its kind's creation step. The manager owns it from now on.
-    void AddControl(uint32_t nID, CQKButton* pControl, uint32_t nKind);
+    // What a kind is given and told stands in its row of the traits table (QKControlKinds.h).
+    void AddControl(uint32_t nID, std::unique_ptr<CQKButton> pControl, uint32_t nKind);
     // Appends a record as it stands (the skin reader's way, with no defaults given).
-    void AppendChild(uint32_t nID, CQKButton* pControl, uint32_t nKind);
+    void AppendChild(uint32_t nID, std::unique_ptr<CQKButton> pControl, uint32_t nKind);
     // The control with this id and kind, or null.
     CQKButton* FindControl(uint32_t nID, uint32_t nKind) const;
     // The records in list order: creation order, paint order and Tab order.
@@ -65,14 +66,15 @@ public:
     void FocusNext();
     void SetFocusControl(CQKButton* pControl, uint32_t nKind);
     CQKButton* GetFocusControl() const { return pFocus; }
-    // Composes the whole window (background, the host's own layer by message 1924, the
-    // controls in list order) and puts it on screen in one copy.
+    // Composes the whole window (background, the host's own layer by QKM_PAINTBACKGROUND
+    // (1924), the controls in list order) and puts it on screen in one copy.
     void PaintAll();
     // The same composition without the copy to the screen; null when there is no host.
     std::unique_ptr<QImage> RenderToBitmap();
 
-    // Every control hears a mouse message (512-517, 675) at a client point; a control that
-    // reports a change is repainted alone at once.
+    // Every control hears a mouse message (WM_MOUSEMOVE (512) to WM_RBUTTONUP (517), and
+    // WM_MOUSELEAVE (675)) at a client point; a control that reports a change is repainted
+    // alone at once.
     virtual void OnMouseMessage(uint32_t nMsg, const QPoint* pPoint);
     // After a size change: every control's saved background is dropped and the controls that
     // lay themselves out are told.
@@ -84,7 +86,7 @@ public:
     std::vector<std::unique_ptr<tagQKChild>> vecChildren;
     CQKButton* pFocus { nullptr }; // not owned
     uint32_t nFocusKind { 0 };
-    CQKButton* pTimelineEditor { nullptr }; // the last control of kind 16 added, not owned
+    CQKButton* pTimelineEditor { nullptr }; // the last QKKIND_TIMELINEEDITOR added, not owned
 
 private:
     // Composes into `image` (already of the window's size).

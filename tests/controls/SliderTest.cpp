@@ -25,7 +25,7 @@ protected:
         g_UIColors.clrSliderEnd = QKRGB(0, 0, 255);
         ASSERT_TRUE(host.Open(240, 60));
         slider = new CQKSlider();
-        host.Manager()->AddControl(51, slider, QKKIND_SLIDER);
+        host.Manager()->AddControl(51, std::unique_ptr<CQKButton>(slider), QKKIND_SLIDER);
         slider->MoveTo(20, 20, 200, 16, 0);
         host.Manager()->PaintAll();
     }
@@ -84,13 +84,15 @@ TEST_F(SliderTest, ClicksOnAndBesideTheThumb)
 {
     slider->SetPos(50.0, 1);
     // Beside the thumb the position jumps to the pointer: one message with lParam 0.
-    host.Click(QPoint(60, 28));
+    host.input.Move(QPoint(60, 28));
+    host.input.Click(QPoint(60, 28));
     EXPECT_DOUBLE_EQ(slider->GetPos(), PosAt(60));
     EXPECT_EQ(Messages(), std::vector<intptr_t> { 0 });
     EXPECT_NEAR(ThumbLeftOnScreen(), ThumbLeftAt(PosAt(60)), 1) << "repainted at once";
     // On the thumb (115 to 124) nothing moves and nothing is posted.
     slider->SetPos(50.0, 1);
-    host.Click(QPoint(120, 28));
+    host.input.Move(QPoint(120, 28));
+    host.input.Click(QPoint(120, 28));
     EXPECT_DOUBLE_EQ(slider->GetPos(), 50.0);
     EXPECT_TRUE(Messages().empty());
 }
@@ -114,17 +116,17 @@ TEST_F(SliderTest, DragsThatLeaveAndComeBack)
         slider->bNotifyOnDrag = c.bNotify ? 1 : 0;
         slider->bThumbPressed = 0;
         slider->SetPos(50.0, 1);
-        host.Move(QPoint(120, 28));
-        host.Press(QPoint(120, 28));
-        host.Move(QPoint(160, 28));
+        host.input.Move(QPoint(120, 28));
+        host.input.Press(QPoint(120, 28));
+        host.input.Move(QPoint(160, 28));
         EXPECT_DOUBLE_EQ(slider->GetPos(), PosAt(155));
-        host.Move(QPoint(300, 28)); // outside the window: clamped at the top
+        host.input.Move(QPoint(300, 28)); // outside the window: clamped at the top
         EXPECT_DOUBLE_EQ(slider->GetPos(), 100.0);
-        host.Move(QPoint(320, 45)); // no change, no message
-        host.Move(QPoint(100, 28));
+        host.input.Move(QPoint(320, 45)); // no change, no message
+        host.input.Move(QPoint(100, 28));
         EXPECT_DOUBLE_EQ(slider->GetPos(), PosAt(95));
-        host.Move(c.ptRelease);
-        host.Release(c.ptRelease);
+        host.input.Move(c.ptRelease);
+        host.input.Release(c.ptRelease);
         EXPECT_EQ(Messages(), c.expected) << "release at " << c.ptRelease.y();
         EXPECT_EQ(slider->GetState(), c.nState);
         EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
@@ -134,7 +136,7 @@ TEST_F(SliderTest, DragsThatLeaveAndComeBack)
 
 TEST_F(SliderTest, WheelAndArrowKeysStepAFocusedSliderWithinTheRange)
 {
-    host.Wheel(QPoint(100, 28), -120);
+    host.input.Wheel(QPoint(100, 28), (-120) / 120);
     EXPECT_DOUBLE_EQ(slider->GetPos(), 0.0) << "not focused";
     host.Manager()->SetFocusControl(slider, QKKIND_SLIDER);
     // Towards the user (negative delta) raises by a hundredth of the range; a key press moves
@@ -150,15 +152,15 @@ TEST_F(SliderTest, WheelAndArrowKeysStepAFocusedSliderWithinTheRange)
         { 0.0, 120, 0, 0.0 },
         { 100.0, -120, 0, 100.0 },
         { 99.8, -120, 0, 100.0 },
-        { 0.0, 0, VK_RIGHT, 0.5 },
-        { 0.0, 0, VK_LEFT, 0.0 },
+        { 0.0, 0, Qt::Key_Right, 0.5 },
+        { 0.0, 0, Qt::Key_Left, 0.0 },
     };
     for (const Case& c : cases) {
         slider->SetPos(c.dStart, 0);
         if (c.nWheel)
-            host.Wheel(QPoint(100, 28), c.nWheel);
+            host.input.Wheel(QPoint(100, 28), (c.nWheel) / 120);
         else
-            host.Key(c.nKey, true);
+            host.input.KeyPress(c.nKey);
         EXPECT_DOUBLE_EQ(slider->GetPos(), c.dEnd) << c.dStart << " " << c.nWheel << " " << c.nKey;
         const std::vector<intptr_t> expected = c.dEnd != c.dStart ? std::vector<intptr_t> { 0 } : std::vector<intptr_t> {};
         EXPECT_EQ(Messages(), expected) << c.dStart << " " << c.nWheel << " " << c.nKey;

@@ -31,7 +31,7 @@ protected:
     CQKStatic* AddStatic(const QString& text, QRect rc)
     {
         auto* p = new CQKStatic();
-        host.Manager()->AddControl(70, p, QKKIND_STATIC);
+        host.Manager()->AddControl(70, std::unique_ptr<CQKButton>(p), QKKIND_STATIC);
         p->MoveTo(rc.x(), rc.y(), rc.width(), rc.height(), 0);
         p->SetText(text, 0);
         p->strFontName = QStringLiteral("DejaVu Sans");
@@ -105,7 +105,7 @@ TEST_F(StaticLinkTest, LoneRepaintShowsTheBackgroundTakenOnce)
 TEST_F(StaticLinkTest, LinkClickOpensItsAddressAndTellsTheOwnerNothing)
 {
     auto* link = new CQKLinkButton();
-    host.Manager()->AddControl(80, link, QKKIND_LINKBUTTON);
+    host.Manager()->AddControl(80, std::unique_ptr<CQKButton>(link), QKKIND_LINKBUTTON);
     link->MoveTo(20, 20, 200, 30, 0);
     link->SetText(QStringLiteral("Project page"), 0);
     link->SetLink(QStringLiteral("https://example.org/orbel"));
@@ -114,8 +114,9 @@ TEST_F(StaticLinkTest, LinkClickOpensItsAddressAndTellsTheOwnerNothing)
         opened.push_back(url.toString());
         return true;
     });
-    host.Move(QPoint(40, 35));
-    host.Click(QPoint(40, 35));
+    host.input.Move(QPoint(40, 35));
+    host.input.Move(QPoint(40, 35));
+    host.input.Click(QPoint(40, 35));
     TestHost::Pump();
     EXPECT_EQ(opened, std::vector<QString> { QStringLiteral("https://example.org/orbel") });
     EXPECT_TRUE(host.Received(WM_COMMAND).empty());

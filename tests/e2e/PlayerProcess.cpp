@@ -112,17 +112,6 @@ bool PlayerSandbox::WaitForEnd(QProcess* pProcess, int nTimeoutMs)
     return WaitUntil([pProcess] { return pProcess->state() == QProcess::NotRunning; }, nTimeoutMs);
 }
 
-ScreenProbe::ScreenProbe()
-{
-    pDisplay = XOpenDisplay(nullptr);
-}
-
-ScreenProbe::~ScreenProbe()
-{
-    if (pDisplay)
-        XCloseDisplay(pDisplay);
-}
-
 namespace {
 
 // The window's role (WM_WINDOW_ROLE), which the program sets to the window's class name.
@@ -161,25 +150,11 @@ bool HasClass(Display* pDisplay, Window w, const QByteArray& name)
 std::vector<unsigned long> ScreenProbe::FindWindows(const QString& strClass) const
 {
     std::vector<unsigned long> found;
-    if (!pDisplay)
-        return found;
     const QByteArray name = strClass.toUtf8();
-    Window root = DefaultRootWindow(pDisplay);
-    Window parent = 0;
-    Window* pChildren = nullptr;
-    unsigned int nChildren = 0;
-    XSync(pDisplay, False);
-    if (!XQueryTree(pDisplay, root, &root, &parent, &pChildren, &nChildren))
-        return found;
-    for (unsigned int i = 0; i < nChildren; ++i) {
-        XWindowAttributes attr;
-        if (!XGetWindowAttributes(pDisplay, pChildren[i], &attr) || attr.map_state != IsViewable)
-            continue;
-        if (HasClass(pDisplay, pChildren[i], name))
-            found.push_back(pChildren[i]);
+    for (const unsigned long w : x11.ViewableWindows()) {
+        if (HasClass(x11.Connection(), w, name))
+            found.push_back(w);
     }
-    if (pChildren)
-        XFree(pChildren);
     return found;
 }
 
@@ -196,6 +171,7 @@ std::vector<unsigned long> ScreenProbe::WaitForWindows(const QString& strClass, 
 
 QRect ScreenProbe::Geometry(unsigned long window) const
 {
+    Display* pDisplay = x11.Connection();
     XWindowAttributes attr;
     if (!pDisplay || !XGetWindowAttributes(pDisplay, window, &attr))
         return QRect();
@@ -208,57 +184,40 @@ QRect ScreenProbe::Geometry(unsigned long window) const
 
 QColor ScreenProbe::ColourAt(unsigned long window, QPoint ptClient, int nSize) const
 {
-    if (!pDisplay)
-        return QColor();
     const QRect rc = Geometry(window);
     if (rc.isNull())
         return QColor();
-    // The root window shows what is on the screen, child windows of other depths (the video
-    // surface) included.
-    const int x = rc.x() + ptClient.x() - nSize / 2;
-    const int y = rc.y() + ptClient.y() - nSize / 2;
-    XImage* pImage = XGetImage(pDisplay, DefaultRootWindow(pDisplay), x, y, nSize, nSize, AllPlanes, ZPixmap);
-    if (!pImage)
+    const std::vector<uint32_t> pixels = x11.Read(rc.x() + ptClient.x() - nSize / 2, rc.y() + ptClient.y() - nSize / 2, nSize, nSize);
+    if (pixels.empty())
         return QColor();
     long r = 0;
     long g = 0;
     long b = 0;
-    for (int j = 0; j < nSize; ++j) {
-        for (int i = 0; i < nSize; ++i) {
-            const unsigned long px = XGetPixel(pImage, i, j);
-            r += (px >> 16) & 0xFF;
-            g += (px >> 8) & 0xFF;
-            b += px & 0xFF;
-        }
+    for (const uint32_t px : pixels) {
+        r += (px >> 16) & 0xFF;
+        g += (px >> 8) & 0xFF;
+        b += px & 0xFF;
     }
-    XDestroyImage(pImage);
-    const long n = static_cast<long>(nSize) * nSize;
+    const long n = static_cast<long>(pixels.size());
     return QColor(static_cast<int>(r / n), static_cast<int>(g / n), static_cast<int>(b / n));
 }
 
 QSize ScreenProbe::ScreenSize() const
 {
-    if (!pDisplay)
-        return QSize();
-    return QSize(DisplayWidth(pDisplay, DefaultScreen(pDisplay)), DisplayHeight(pDisplay, DefaultScreen(pDisplay)));
+    return x11.IsOpen() ? QSize(x11.Width(), x11.Height()) : QSize();
 }
 
 bool ScreenProbe::SaveScreen(const QString& path) const
 {
-    if (!pDisplay)
+    const std::vector<uint32_t> pixels = x11.Read(0, 0, x11.Width(), x11.Height());
+    if (pixels.empty())
         return false;
-    const int w = ScreenSize().width();
-    const int h = ScreenSize().height();
-    XImage* pImage = XGetImage(pDisplay, DefaultRootWindow(pDisplay), 0, 0, w, h, AllPlanes, ZPixmap);
-    if (!pImage)
-        return false;
-    QImage image(w, h, QImage::Format_RGB32);
-    for (int y = 0; y < h; ++y) {
+    QImage image(x11.Width(), x11.Height(), QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
         auto* pLine = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < w; ++x)
-            pLine[x] = 0xFF000000u | (XGetPixel(pImage, x, y) & 0xFFFFFFu);
+        for (int x = 0; x < image.width(); ++x)
+            pLine[x] = 0xFF000000u | pixels[static_cast<size_t>(y) * static_cast<size_t>(image.width()) + static_cast<size_t>(x)];
     }
-    XDestroyImage(pImage);
     QDir().mkpath(QFileInfo(path).absolutePath());
     return image.save(path, "PNG");
 }
@@ -266,7 +225,7 @@ bool ScreenProbe::SaveScreen(const QString& path) const
 QString ScreenProbe::Describe(unsigned long window, QPoint ptClient) const
 {
     XWindowAttributes attr {};
-    const bool bKnown = pDisplay && XGetWindowAttributes(pDisplay, window, &attr);
+    const bool bKnown = x11.IsOpen() && XGetWindowAttributes(x11.Connection(), window, &attr);
     const QRect rc = Geometry(window);
     const QColor c = ColourAt(window, ptClient);
     const char* pszMap = !bKnown ? "gone" : attr.map_state == IsViewable ? "viewable"
@@ -304,17 +263,7 @@ QString ColourFailureReport(const ScreenProbe& screen, const std::vector<unsigne
 
 void ScreenProbe::RequestClose(unsigned long window) const
 {
-    if (!pDisplay)
-        return;
-    XEvent ev {};
-    ev.xclient.type = ClientMessage;
-    ev.xclient.window = window;
-    ev.xclient.message_type = XInternAtom(pDisplay, "WM_PROTOCOLS", False);
-    ev.xclient.format = 32;
-    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(pDisplay, "WM_DELETE_WINDOW", False));
-    ev.xclient.data.l[1] = CurrentTime;
-    XSendEvent(pDisplay, window, False, NoEventMask, &ev);
-    XFlush(pDisplay);
+    x11.RequestClose(window);
 }
 
 void ScreenProbe::PressKey(unsigned long window, const char* pszKeysym) const

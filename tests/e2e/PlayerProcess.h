@@ -2,6 +2,8 @@
 // Runs the real program as a person would: each test gets its own copy of the program folder
 // (executable, engine and skin), its own runtime folder (so lock and socket are private) and
 // its own home, and looks at the screen through X11.
+#include "support/X11Screen.h"
+
 #include <QColor>
 #include <QPoint>
 #include <QProcess>
@@ -52,9 +54,7 @@ private:
 class ScreenProbe
 {
 public:
-    ScreenProbe();
-    ~ScreenProbe();
-    bool IsOpen() const { return pDisplay != nullptr; }
+    bool IsOpen() const { return x11.IsOpen(); }
 
     // Mapped top-level windows whose window role, class or instance name is strClass.
     std::vector<unsigned long> FindWindows(const QString& strClass) const;
@@ -78,7 +78,7 @@ public:
     void PressKey(unsigned long window, const char* pszKeysym) const;
 
 private:
-    ::_XDisplay* pDisplay { nullptr };
+    X11Screen x11;
 };
 
 // The report of a colour that did not come: each window's line (Describe at the point that

@@ -10,9 +10,6 @@
 #include <iostream>
 #include <vector>
 
-// Xlib's macros (None, Bool, Status…) clash with other headers, so it comes last.
-#include <X11/Xlib.h>
-
 using namespace orbeltest;
 
 namespace {
@@ -35,25 +32,7 @@ bool XdoTool(const QStringList& args, QString* pOut = nullptr)
 // the window has no such property.
 long Property32(unsigned long window, const char* pszName, const char* pszType)
 {
-    Display* pDisplay = XOpenDisplay(nullptr);
-    if (!pDisplay)
-        return -1;
-    const Atom name = XInternAtom(pDisplay, pszName, False);
-    const Atom type = XInternAtom(pDisplay, pszType, False);
-    Atom actualType = 0;
-    int format = 0;
-    unsigned long nItems = 0;
-    unsigned long nAfter = 0;
-    unsigned char* pData = nullptr;
-    long value = -1;
-    const Window target = window ? window : DefaultRootWindow(pDisplay);
-    if (XGetWindowProperty(pDisplay, target, name, 0, 1, False, type, &actualType, &format, &nItems, &nAfter, &pData) == Success
-        && pData && nItems >= 1 && format == 32)
-        value = reinterpret_cast<long*>(pData)[0];
-    if (pData)
-        XFree(pData);
-    XCloseDisplay(pDisplay);
-    return value;
+    return X11Screen().Property32(window, pszName, pszType);
 }
 
 // The state a window manager gives a client window: 1 normal, 3 iconic, -1 when the window

@@ -1,5 +1,6 @@
 // Fuzz target of the skin reader: any bytes as skin/mainwnd.xml, read into a manager, with
 // every control kind that reads attributes of its own plugged in.
+#include "controls/QKRegisterControls.h"
 #include "platform/CQKGraphics.h"
 #include "platform/QKAppFolder.h"
 
@@ -47,6 +48,9 @@ bool Setup()
 {
     // Pictures named by the input are looked for in a folder that does not exist.
     QKSetAppFolderForTesting(QStringLiteral("/nonexistent-orbel-fuzz/"));
+    // The program's own kinds first; the stand-in below then takes every kind but the plain
+    // button, so that each kind's own attributes are read.
+    QKRegisterControls();
     tagQKControlKind kind;
     kind.pfnCreate = Make;
     kind.pfnFinishSkin = Finish;

@@ -294,18 +294,32 @@ TEST(GraphicsTest, PictureDrawsAtAlphaAndFromItsSourceRectangle)
     EXPECT_EQ(img.pixel(5, 25), kWhite);
 }
 
+namespace {
+
+// A line drawn with a pen of `fWidth`, caps and dash style on a fresh canvas.
+QImage Line(int w, int h, QPointF p1, QPointF p2, float fWidth, int nStartCap = QKLineCapFlat, int nEndCap = QKLineCapFlat,
+    int nDash = QKDashSolid, bool bSmooth = false, const tagQKBrush* pBrush = nullptr)
+{
+    QImage img = Canvas(w, h);
+    CQKGraphics g(img);
+    if (bSmooth)
+        g.SetSmoothingMode(QKSmoothingAntiAlias);
+    tagQKPen pen;
+    pen.fWidth = fWidth;
+    pen.nStartCap = nStartCap;
+    pen.nEndCap = nEndCap;
+    pen.nDashStyle = nDash;
+    pen.pBrush = pBrush;
+    g.DrawLine(pen, p1, p2);
+    return img;
+}
+
+} // namespace
+
 TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePen)
 {
     // The "next" face: a 7-pixel line ending in an arrow head at its end point.
-    QImage img = Canvas(25, 25);
-    {
-        CQKGraphics g(img);
-        g.SetSmoothingMode(QKSmoothingAntiAlias);
-        tagQKPen pen;
-        pen.fWidth = 7;
-        pen.nEndCap = QKLineCapArrowAnchor;
-        g.DrawLine(pen, 5, 12, 17, 12);
-    }
+    const QImage img = Line(25, 25, { 5, 12 }, { 17, 12 }, 7, QKLineCapFlat, QKLineCapArrowAnchor, QKDashSolid, true);
     // The head's base is about twice the pen wide: far above the pen's own 8.5..15.5 band.
     EXPECT_GT(Alpha(img, 6, 6), 128);
     EXPECT_GT(Alpha(img, 6, 17), 128);
@@ -316,59 +330,28 @@ TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePen)
     // Towards the tip the head narrows below the pen width: the flat end of the stroke
     // does not poke out of it.
     EXPECT_EQ(Alpha(img, 16, 9), 0);
-
     // The same head as a start cap of the reversed line: the same pixels.
-    QImage reversed = Canvas(25, 25);
-    {
-        CQKGraphics g(reversed);
-        g.SetSmoothingMode(QKSmoothingAntiAlias);
-        tagQKPen pen;
-        pen.fWidth = 7;
-        pen.nStartCap = QKLineCapArrowAnchor;
-        g.DrawLine(pen, 17, 12, 5, 12);
-    }
-    EXPECT_EQ(reversed, img);
-
+    EXPECT_EQ(Line(25, 25, { 17, 12 }, { 5, 12 }, 7, QKLineCapArrowAnchor, QKLineCapFlat, QKDashSolid, true), img);
     // Without the cap the same pen is a plain bar.
-    QImage bar = Canvas(25, 25);
-    {
-        CQKGraphics g(bar);
-        tagQKPen pen;
-        pen.fWidth = 7;
-        g.DrawLine(pen, 5, 12, 17, 12);
-    }
+    const QImage bar = Line(25, 25, { 5, 12 }, { 17, 12 }, 7);
     EXPECT_EQ(Alpha(bar, 6, 6), 0);
     EXPECT_EQ(Alpha(bar, 16, 9), 255);
 }
 
 TEST(GraphicsTest, RoundCapsReachPastTheEndsAndFlatCapsDoNot)
 {
-    auto draw = [](int nCap) {
-        QImage img = Canvas(30, 20);
-        CQKGraphics g(img);
-        tagQKPen pen;
-        pen.fWidth = 6;
-        pen.nStartCap = pen.nEndCap = nCap;
-        g.DrawLine(pen, 10, 10, 20, 10);
-        return img;
-    };
-    const QImage flat = draw(QKLineCapFlat);
-    const QImage round = draw(QKLineCapRound);
+    const QImage flat = Line(30, 20, { 10, 10 }, { 20, 10 }, 6);
+    const QImage round = Line(30, 20, { 10, 10 }, { 20, 10 }, 6, QKLineCapRound, QKLineCapRound);
     EXPECT_EQ(Alpha(flat, 8, 10), 0);
     EXPECT_EQ(Alpha(flat, 21, 10), 0);
     EXPECT_EQ(Alpha(round, 8, 10), 255);
     EXPECT_EQ(Alpha(round, 21, 10), 255);
 }
 
-TEST(GraphicsTest, DashStylesLeaveGaps)
+TEST(GraphicsTest, DashStylesLeaveGapsAndGradientPensPaintWithTheirBrush)
 {
     auto runs = [](int nDash) {
-        QImage img = Canvas(100, 5);
-        CQKGraphics g(img);
-        tagQKPen pen;
-        pen.fWidth = 2;
-        pen.nDashStyle = nDash;
-        g.DrawLine(pen, 0, 2, 100, 2);
+        const QImage img = Line(100, 5, { 0, 2 }, { 100, 2 }, 2, QKLineCapFlat, QKLineCapFlat, nDash);
         int changes = 0;
         for (int x = 1; x < 100; ++x)
             changes += (Alpha(img, x, 2) > 0) != (Alpha(img, x - 1, 2) > 0) ? 1 : 0;
@@ -377,19 +360,9 @@ TEST(GraphicsTest, DashStylesLeaveGaps)
     EXPECT_EQ(runs(QKDashSolid), 0);
     EXPECT_GT(runs(QKDashDash), 10);
     EXPECT_GT(runs(QKDashDot), runs(QKDashDash));
-}
 
-TEST(GraphicsTest, GradientPenPaintsWithItsBrush)
-{
-    QImage img = Canvas(50, 10);
-    {
-        CQKGraphics g(img);
-        const tagQKBrush brush = tagQKBrush::Linear(QPointF(0, 0), QPointF(50, 0), kRed, kBlue, QKWrapClamp);
-        tagQKPen pen;
-        pen.fWidth = 4;
-        pen.pBrush = &brush;
-        g.DrawLine(pen, 0, 5, 50, 5);
-    }
+    const tagQKBrush brush = tagQKBrush::Linear(QPointF(0, 0), QPointF(50, 0), kRed, kBlue, QKWrapClamp);
+    const QImage img = Line(50, 10, { 0, 5 }, { 50, 5 }, 4, QKLineCapFlat, QKLineCapFlat, QKDashSolid, false, &brush);
     EXPECT_GT(At(img, 1, 5).red(), 230);
     EXPECT_GT(At(img, 48, 5).blue(), 230);
 }

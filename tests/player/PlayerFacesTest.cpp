@@ -142,7 +142,7 @@ TEST_F(PlayerFacesTest, PanelButtonsTakeTheirFacesAndStrips)
         { F::kIdFullScreen, 2, 100 } };
     CQKUIManager manager;
     for (const auto& b : kButtons)
-        manager.AddControl(b.nID, new CQKButton(), 0);
+        manager.AddControl(b.nID, std::unique_ptr<CQKButton>(new CQKButton()), 0);
     faces.CreateFaces(&manager);
     for (const auto& b : kButtons) {
         SCOPED_TRACE(b.nID);

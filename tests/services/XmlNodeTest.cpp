@@ -13,22 +13,25 @@ using xmltest::U8;
 
 namespace {
 
-std::vector<std::string> AttributeNames(const CQKXmlNode& node)
+// The names met by a walk with a First/Next pair of the node.
+template <typename T>
+std::vector<std::string> Names(const CQKXmlNode& node, T* (CQKXmlNode::*first)(QKXMLPOS&) const, T* (CQKXmlNode::*next)(QKXMLPOS&) const)
 {
     std::vector<std::string> names;
     QKXMLPOS pos;
-    for (CQKXmlAttribute* p = node.FirstAttribute(pos); p; p = node.NextAttribute(pos))
+    for (T* p = (node.*first)(pos); p; p = (node.*next)(pos))
         names.push_back(U8(p->GetName()));
     return names;
 }
 
+std::vector<std::string> AttributeNames(const CQKXmlNode& node)
+{
+    return Names(node, &CQKXmlNode::FirstAttribute, &CQKXmlNode::NextAttribute);
+}
+
 std::vector<std::string> ChildNames(const CQKXmlNode& node)
 {
-    std::vector<std::string> names;
-    QKXMLPOS pos;
-    for (CQKXmlNode* p = node.FirstChild(pos); p; p = node.NextChild(pos))
-        names.push_back(U8(p->GetName()));
-    return names;
+    return Names(node, &CQKXmlNode::FirstChild, &CQKXmlNode::NextChild);
 }
 
 } // namespace

@@ -83,26 +83,29 @@ TEST(XmlParserTest, FailsOnlyOnTopLevelCloseShortDeclarationAndOpenElements)
     EXPECT_EQ(U8(OnlyChild(doc)->GetName()), "CTYPE");
 }
 
-TEST(XmlParserTest, EmptyTagEndsTheParseAndDropsTheRest)
+TEST(XmlParserTest, EmptyTagOrUnterminatedCommentEndsTheParse)
 {
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a/> <> <b/>"));
-    ASSERT_NE(OnlyChild(doc), nullptr);
-    EXPECT_EQ(U8(OnlyChild(doc)->GetName()), "a");
-    // Inside an element the same stop leaves it open.
-    EXPECT_FALSE(LoadText(doc, u"<a><></a>"));
-}
-
-TEST(XmlParserTest, UnterminatedCommentEndsTheParse)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a/><!-- never closed <b/>"));
-    ASSERT_NE(OnlyChild(doc), nullptr);
-    EXPECT_EQ(U8(OnlyChild(doc)->GetName()), "a");
-    EXPECT_FALSE(LoadText(doc, u"<a><!-- never closed </a>"));
-    // A "<" without any ">" behind it ends the parse the same way.
-    ASSERT_TRUE(LoadText(doc, u"<a/><b"));
-    EXPECT_EQ(doc.GetChildCount(), 1);
+    // At the top level the stop keeps what came before and drops the rest; inside an element
+    // it leaves the element open, which fails the load.
+    const struct
+    {
+        const char16_t* pszTop;
+        const char16_t* pszInside;
+    } cases[] = {
+        { u"<a/> <> <b/>", u"<a><></a>" },
+        { u"<a/><!-- never closed <b/>", u"<a><!-- never closed </a>" },
+        { u"<a/><b", nullptr }, // a "<" without any ">" behind it
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(U8(c.pszTop));
+        CQKXmlDocument doc;
+        ASSERT_TRUE(LoadText(doc, c.pszTop));
+        ASSERT_EQ(doc.GetChildCount(), 1);
+        EXPECT_EQ(U8(OnlyChild(doc)->GetName()), "a");
+        if (c.pszInside) {
+            EXPECT_FALSE(LoadText(doc, c.pszInside));
+        }
+    }
 }
 
 TEST(XmlParserTest, CommentsKeepTheirTextAndAllowTagsInside)

@@ -41,7 +41,7 @@ protected:
     T* Add(uint32_t nID, uint32_t nKind, QRect rc, const QString& text = QStringLiteral("Label"))
     {
         auto* p = new T();
-        host.Manager()->AddControl(nID, p, nKind);
+        host.Manager()->AddControl(nID, std::unique_ptr<CQKButton>(p), nKind);
         p->SetFontID(nKind == QKKIND_TEXTBUTTON ? 2 : 6);
         p->SetText(text, 0);
         p->MoveTo(rc.x(), rc.y(), rc.width(), rc.height(), 0);
@@ -181,25 +181,28 @@ TEST_F(TextControlsTest, ClicksToggleCheckAndChooseRadioWithinTheHostsGroup)
     Commands();
 
     // A text button shows hover and press on screen and clicks once.
-    host.Move(QPoint(160, 20));
+    host.input.Move(QPoint(160, 20));
     EXPECT_TRUE(Near(PixelAt(host.HostImage(), 150, 20), kText, 2)) << "hover frame in text colour";
-    host.Press(QPoint(160, 20));
+    host.input.Press(QPoint(160, 20));
     EXPECT_TRUE(Near(PixelAt(host.HostImage(), 155, 11), kFace)) << "the gradient turns over";
-    host.Release(QPoint(160, 20));
+    host.input.Release(QPoint(160, 20));
     EXPECT_EQ(Commands(), std::vector<uintptr_t>({ 5 }));
     EXPECT_NE(button->nState, 2u);
 
     // The check box toggles each click and reports each one; the box repaints at once.
-    host.Click(QPoint(20, 20));
+    host.input.Move(QPoint(20, 20));
+    host.input.Click(QPoint(20, 20));
     EXPECT_TRUE(check->IsChecked());
     EXPECT_TRUE(Near(PixelAt(host.HostImage(), 10 + 1 + 7, 10 + 2 + 9), kHoverText, 30)) << "tick on screen";
-    host.Click(QPoint(20, 20));
+    host.input.Move(QPoint(20, 20));
+    host.input.Click(QPoint(20, 20));
     EXPECT_FALSE(check->IsChecked());
     EXPECT_EQ(Commands(), std::vector<uintptr_t>({ 7, 7 }));
 
     // The host keeps one radio chosen by clearing the others on the command.
     auto choose = [&](int i) {
-        host.Click(QPoint(20, 45 + 22 * i));
+        host.input.Move(QPoint(20, 45 + 22 * i));
+        host.input.Click(QPoint(20, 45 + 22 * i));
         for (uintptr_t id : Commands())
             for (CQKRadio* r : radios)
                 if (r->GetID() != id)
@@ -209,9 +212,11 @@ TEST_F(TextControlsTest, ClicksToggleCheckAndChooseRadioWithinTheHostsGroup)
     EXPECT_EQ((std::vector<bool> { radios[0]->IsChecked(), radios[1]->IsChecked(), radios[2]->IsChecked() }), (std::vector<bool> { false, false, true }));
     EXPECT_TRUE(Near(PixelAt(host.HostImage(), 10 + 7, 40 + 3 + 6), kShade)) << "the first radio's mark is gone from the screen";
     // A chosen radio clicked again says nothing; a radio alone never clears another.
-    host.Click(QPoint(20, 45 + 44));
+    host.input.Move(QPoint(20, 45 + 44));
+    host.input.Click(QPoint(20, 45 + 44));
     EXPECT_TRUE(Commands().empty());
-    host.Click(QPoint(20, 45 + 22));
+    host.input.Move(QPoint(20, 45 + 22));
+    host.input.Click(QPoint(20, 45 + 22));
     EXPECT_EQ(Commands(), std::vector<uintptr_t>({ 21 }));
     EXPECT_TRUE(radios[2]->IsChecked()) << "until the host clears it";
 }

@@ -49,7 +49,7 @@ protected:
     {
         ASSERT_TRUE(host.Open(200, 100));
         button = new CQKButton();
-        host.Manager()->AddControl(7, button, 0);
+        host.Manager()->AddControl(7, std::unique_ptr<CQKButton>(button), 0);
         button->MoveTo(20, 20, 60, 30, 0);
         button->SetToolTip(QStringLiteral("Open a file"));
     }
@@ -64,38 +64,38 @@ protected:
 
 TEST_F(ToolTipTest, HoverShowsTheTipBelowTheControlAndLeavingHidesIt)
 {
-    host.Move(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
     ASSERT_TRUE(TipVisible());
     const QRect rc = button->pToolTipWnd->GetWindowRect();
     const QPoint below = host.ClientToScreen(QPoint(20, 20 + 30 + 10));
     EXPECT_EQ(rc.topLeft(), below);
     EXPECT_EQ(rc.size(), button->pToolTipWnd->Measure());
     EXPECT_EQ(button->pToolTipWnd->strText, QStringLiteral("Open a file"));
-    host.Move(QPoint(31, 30));
+    host.input.Move(QPoint(31, 30));
     EXPECT_TRUE(TipVisible());
-    host.Move(QPoint(150, 80));
+    host.input.Move(QPoint(150, 80));
     EXPECT_FALSE(TipVisible()) << "leaving the control hides it at once";
 }
 
 TEST_F(ToolTipTest, ClickHidesTheTip)
 {
-    host.Move(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
     ASSERT_TRUE(TipVisible());
-    host.Press(QPoint(30, 30));
-    host.Release(QPoint(30, 30));
+    host.input.Press(QPoint(30, 30));
+    host.input.Release(QPoint(30, 30));
     EXPECT_FALSE(TipVisible());
 }
 
 TEST_F(ToolTipTest, NoTextMakesNoWindow)
 {
     button->SetToolTip(QString());
-    host.Move(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
     EXPECT_FALSE(button->pToolTipWnd);
 }
 
 TEST_F(ToolTipTest, TipFadesInAndHidesItselfAfterThreeSeconds)
 {
-    host.Move(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
     ASSERT_TRUE(TipVisible());
     CQKToolTipWnd* tip = button->pToolTipWnd.get();
     EXPECT_EQ(tip->nAlpha, 0);
@@ -116,16 +116,16 @@ TEST_F(ToolTipTest, TipFadesInAndHidesItselfAfterThreeSeconds)
     EXPECT_FALSE(tip->IsWindowVisible());
     EXPECT_GE(timer.elapsed(), 2700) << "window timers may fire a little early";
     // It does not come back while the pointer stays on the control.
-    host.Move(QPoint(32, 30));
+    host.input.Move(QPoint(32, 30));
     EXPECT_FALSE(tip->IsWindowVisible());
-    host.Move(QPoint(150, 80));
-    host.Move(QPoint(32, 30));
+    host.input.Move(QPoint(150, 80));
+    host.input.Move(QPoint(32, 30));
     EXPECT_TRUE(tip->IsWindowVisible()) << "a new hover brings it back";
 }
 
 TEST_F(ToolTipTest, TipWindowGoesWithItsControl)
 {
-    host.Move(QPoint(30, 30));
+    host.input.Move(QPoint(30, 30));
     ASSERT_TRUE(TipVisible());
     const CQKHostWnd* tip = button->pToolTipWnd.get();
     ASSERT_TRUE(CQKHostWnd::IsWindow(tip));

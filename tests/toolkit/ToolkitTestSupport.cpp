@@ -1,7 +1,6 @@
 #include "ToolkitTestSupport.h"
 
 #include "platform/QKAppFolder.h"
-#include "platform/QKKeys.h"
 #include "support/WideFileText.h"
 #include "toolkit/QKFonts.h"
 #include "toolkit/QKTheme.h"
@@ -101,79 +100,6 @@ void TestHost::OnPaintBackground(CQKGraphics* pGraphics)
     ++nBackgroundPaints;
     if (paintBackground)
         paintBackground(pGraphics);
-}
-
-namespace {
-
-int QtKeyOf(uint32_t vk)
-{
-    switch (vk) {
-    case VK_TAB:
-        return Qt::Key_Tab;
-    case VK_RETURN:
-        return Qt::Key_Return;
-    case VK_SPACE:
-        return Qt::Key_Space;
-    case VK_ESCAPE:
-        return Qt::Key_Escape;
-    case VK_LEFT:
-        return Qt::Key_Left;
-    case VK_RIGHT:
-        return Qt::Key_Right;
-    default:
-        return static_cast<int>(vk);
-    }
-}
-
-} // namespace
-
-void TestHost::Press(QPoint pt)
-{
-    driver.Press(pt);
-}
-
-void TestHost::Release(QPoint pt)
-{
-    driver.Release(pt);
-}
-
-void TestHost::Move(QPoint pt)
-{
-    driver.Move(pt);
-}
-
-void TestHost::Click(QPoint pt)
-{
-    driver.Move(pt);
-    driver.Click(pt);
-}
-
-void TestHost::RightPress(QPoint pt)
-{
-    driver.Press(pt, Qt::RightButton);
-}
-
-void TestHost::RightRelease(QPoint pt)
-{
-    driver.Release(pt, Qt::RightButton);
-}
-
-void TestHost::Leave()
-{
-    driver.Leave();
-}
-
-void TestHost::Wheel(QPoint pt, int delta)
-{
-    driver.Wheel(pt, delta / 120);
-}
-
-void TestHost::Key(uint32_t vk, bool bDown)
-{
-    if (bDown)
-        driver.KeyPress(QtKeyOf(vk));
-    else
-        driver.KeyRelease(QtKeyOf(vk));
 }
 
 void AddFont(uint32_t nID, uint32_t nSize)

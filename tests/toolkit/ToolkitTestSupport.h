@@ -59,20 +59,10 @@ public:
     std::vector<tagMessage> Received(uint32_t msg) const;
     void ClearReceived() { vecReceived.clear(); }
 
-    // Mouse and key input through the shared driver, in this host's client pixels. Wheel
-    // deltas are whole notches of 120.
-    void Press(QPoint pt);
-    void Release(QPoint pt);
-    void Move(QPoint pt);
-    void Click(QPoint pt);
-    void Leave();
-    void RightPress(QPoint pt);
-    void RightRelease(QPoint pt);
-    void Wheel(QPoint pt, int delta);
-    void Key(uint32_t vk, bool bDown);
-
     std::function<void(CQKGraphics*)> paintBackground;
     int nBackgroundPaints { 0 };
+    // Mouse and key input through the host's real window, in client pixels.
+    orbeltest::HostDriver input { *this };
 
 protected:
     intptr_t OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam) override;
@@ -80,7 +70,6 @@ protected:
 
 private:
     std::vector<tagMessage> vecReceived;
-    orbeltest::HostDriver driver { *this };
 };
 
 // Appends a font record of the family "DejaVu Sans" to the font table.

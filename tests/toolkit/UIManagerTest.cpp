@@ -85,7 +85,7 @@ protected:
     Probe* Add(uint32_t id, uint32_t kind, QRect rc, std::string name = {})
     {
         auto* p = new Probe(&log, std::move(name));
-        M().AddControl(id, p, kind);
+        M().AddControl(id, std::unique_ptr<CQKButton>(p), kind);
         p->MoveTo(rc.x(), rc.y(), rc.width(), rc.height(), 0);
         return p;
     }
@@ -129,7 +129,7 @@ TEST_F(ManagerTest, AddControlGivesEachKindItsDefaultFont)
     for (uint32_t k = 0; k < QKKIND_COUNT; ++k) {
         auto* p = new CQKButton();
         p->nFontID = 77;
-        M().AddControl(100 + k, p, k);
+        M().AddControl(100 + k, std::unique_ptr<CQKButton>(p), k);
         EXPECT_EQ(p->nFontID, static_cast<uint32_t>(expected[k])) << "kind " << k;
     }
     // The popup list's kind is left entirely to its owner.
@@ -150,9 +150,9 @@ TEST_F(ManagerTest, EditKindsGetTheirWindowAfterTheirFont)
     auto* a = new CQKButton();
     auto* b = new CQKButton();
     auto* c = new CQKButton();
-    M().AddControl(1, a, QKKIND_EDIT);
-    M().AddControl(2, b, QKKIND_EDITTIME);
-    M().AddControl(3, c, QKKIND_STATIC);
+    M().AddControl(1, std::unique_ptr<CQKButton>(a), QKKIND_EDIT);
+    M().AddControl(2, std::unique_ptr<CQKButton>(b), QKKIND_EDITTIME);
+    M().AddControl(3, std::unique_ptr<CQKButton>(c), QKKIND_STATIC);
     ASSERT_EQ(g_vecEdited.size(), 2u);
     EXPECT_EQ(g_vecEdited[0], a);
     EXPECT_EQ(g_vecEdited[1], b);
@@ -165,7 +165,7 @@ TEST_F(ManagerTest, EveryControlHearsEveryMouseEventAndOverlapsHoverTogether)
     Probe* b = Add(2, 0, QRect(40, 40, 50, 50), "b");
     Probe* far = Add(3, 0, QRect(150, 10, 20, 20), "c");
     log.clear();
-    host.Move(QPoint(45, 45));
+    host.input.Move(QPoint(45, 45));
     EXPECT_EQ(a->nState, 1u);
     EXPECT_EQ(b->nState, 1u);
     EXPECT_EQ(far->nMouse, 1) << "no hit test: told although the point is elsewhere";
@@ -176,9 +176,9 @@ TEST_F(ManagerTest, EveryControlHearsEveryMouseEventAndOverlapsHoverTogether)
 TEST_F(ManagerTest, LeavingTheWindowResetsHoverWithAPointOutsideEverything)
 {
     Probe* a = Add(1, 0, QRect(0, 0, 200, 100));
-    host.Move(QPoint(5, 5));
+    host.input.Move(QPoint(5, 5));
     ASSERT_EQ(a->nState, 1u);
-    host.Leave();
+    host.input.Leave();
     EXPECT_EQ(a->nState, 0u);
     EXPECT_EQ(a->lastPoint, QPoint(-99, -99));
 }
@@ -188,7 +188,7 @@ TEST_F(ManagerTest, TimeEditHearsNoMouseNorActivationButIsPainted)
     Probe* time = Add(1, QKKIND_EDITTIME, QRect(10, 10, 30, 30));
     Probe* list = Add(2, QKKIND_HLISTBOX, QRect(50, 10, 30, 30));
     Probe* other = Add(3, QKKIND_BUTTON, QRect(90, 10, 30, 30));
-    host.Move(QPoint(20, 20));
+    host.input.Move(QPoint(20, 20));
     EXPECT_EQ(time->nMouse, 0);
     M().OnActivate(1);
     EXPECT_EQ(time->nActivate, 0);
@@ -202,13 +202,13 @@ TEST_F(ManagerTest, WheelGoesToTheFocusControlOfAWheelKindOnly)
 {
     Probe* button = Add(1, QKKIND_BUTTON, QRect(10, 10, 30, 30));
     Probe* list = Add(2, QKKIND_VLISTBOX, QRect(50, 10, 30, 30));
-    host.Wheel(QPoint(60, 20), 120);
+    host.input.Wheel(QPoint(60, 20), 1);
     EXPECT_EQ(list->nWheel, 0) << "no focus: nobody";
     M().SetFocusControl(button, QKKIND_BUTTON);
     EXPECT_EQ(M().OnMouseWheel(0, 120, QPoint(60, 20)), 0) << "a button takes no wheel, even over a list";
     EXPECT_EQ(list->nWheel, 0);
     M().SetFocusControl(list, QKKIND_VLISTBOX);
-    host.Wheel(QPoint(20, 20), -240); // the pointer over the button
+    host.input.Wheel(QPoint(20, 20), -2); // the pointer over the button
     EXPECT_EQ(list->nWheel, -240);
     for (uint32_t k : { 3u, 6u, 7u, 8u, 9u, 10u, 11u, 14u, 16u }) {
         M().SetFocusControl(button, k);
@@ -227,13 +227,13 @@ TEST_F(ManagerTest, TabVisitsEveryControlInListOrderAndWraps)
     Probe* c = Add(3, 0, QRect(40, 0, 10, 10));
     b->Enable(0, 0);
     c->Show(0, 0);
-    host.Key(VK_TAB, true);
+    host.input.KeyPress(Qt::Key_Tab);
     EXPECT_EQ(M().GetFocusControl(), a) << "no focus: the first";
-    host.Key(VK_TAB, true);
+    host.input.KeyPress(Qt::Key_Tab);
     EXPECT_EQ(M().GetFocusControl(), b) << "disabled controls take the focus";
-    host.Key(VK_TAB, true);
+    host.input.KeyPress(Qt::Key_Tab);
     EXPECT_EQ(M().GetFocusControl(), c) << "hidden ones too";
-    host.Key(VK_TAB, true);
+    host.input.KeyPress(Qt::Key_Tab);
     EXPECT_EQ(M().GetFocusControl(), a);
     EXPECT_EQ(a->nKillFocus, 1);
     EXPECT_TRUE(a->IsFocused());
@@ -369,7 +369,7 @@ TEST_F(ManagerTest, TeardownDeletesControlsAndCountsManagers)
         auto font = std::make_unique<tagQKFont>();
         font->nID = 4;
         g_vecFonts.push_back(std::move(font));
-        extra.AddControl(1, new CQKButton(), 0);
+        extra.AddControl(1, std::unique_ptr<CQKButton>(new CQKButton()), 0);
     }
     EXPECT_EQ(g_nManagerCount, before);
     EXPECT_EQ(g_vecFonts.size(), 1u) << "the host's manager still lives";
