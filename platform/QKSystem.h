@@ -2,6 +2,7 @@
 // Small services of the system that the program needs outside any window.
 #include <QString>
 #include <cstdint>
+#include <functional>
 
 // Milliseconds of a monotonic clock (it never goes back and does not follow the wall clock).
 uint64_t QKGetTickCount();
@@ -17,3 +18,12 @@ void QKSetClipboardText(const QString& text);
 // Opens an address (web address, or a file or folder) with the desktop's default handler.
 // False when nothing could take it.
 bool QKOpenURL(const QString& address);
+
+// The desktop ends a session with SIGTERM or SIGHUP, a terminal with SIGINT. From this call on,
+// each of them calls fnOnSignal from the event loop of the calling thread instead of ending the
+// process at once, so that the program can end the way its close command does. The signal
+// handler itself only writes to a pipe. False when the pipe could not be made (the signals then
+// keep their default action).
+bool QKWatchEndSignals(std::function<void()> fnOnSignal);
+// Gives the three signals their default action back and stops watching.
+void QKStopWatchingEndSignals();

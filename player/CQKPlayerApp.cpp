@@ -4,6 +4,7 @@
 #include "platform/CQKSingleInstance.h"
 #include "platform/QKAppFolder.h"
 #include "platform/QKMessages.h"
+#include "platform/QKSystem.h"
 #include "player/CQKPlayerDlg.h"
 #include "player/CQKStartupList.h"
 #include "player/QKPlayerOptions.h"
@@ -89,6 +90,13 @@ bool CQKPlayerApp::InitInstance()
     // Common controls, the framework's own start, OLE, the shell manager, the registry key
     // and the graphics library need nothing here.
 
+    // A logout (SIGTERM, SIGHUP) or Ctrl+C in a terminal (SIGINT) ends the player the way the
+    // close command does, so the options are saved and the lock goes only after that.
+    QKWatchEndSignals([this] {
+        if (m_pMainWnd && m_pMainWnd->IsWindow())
+            m_pMainWnd->PostMessage(WM_COMMAND, QKCMD_CLOSE, 0);
+    });
+
     // The theme: colours first, then the fonts.
     LoadUIColors();
     LoadBigFontFile();
@@ -99,6 +107,7 @@ bool CQKPlayerApp::InitInstance()
         // The window carries the class name "QKOrbelPlayerGuiFrame" from its creation.
         dlg.DoModal();
         m_pMainWnd = nullptr;
+        QKStopWatchingEndSignals();
         // Options are saved by a player that ran its window, before the lock goes, so that a
         // start that comes at this moment still hands over rather than runs beside us.
         SavePlayerOptions();

@@ -74,4 +74,17 @@ TEST_F(ShutdownE2ETest, WindowDestroyedByAnotherProgramEndsThePlayer)
     ExpectEndedLikeTheCloseCommand();
 }
 
+class SignalE2ETest : public ShutdownE2ETest, public ::testing::WithParamInterface<int>
+{
+};
+
+TEST_P(SignalE2ETest, LogoutSignalEndsThePlayerAsTheCloseCommandDoes)
+{
+    ASSERT_NE(StartPlayer(), 0u);
+    ::kill(static_cast<pid_t>(player->processId()), GetParam());
+    ExpectEndedLikeTheCloseCommand();
+}
+
+INSTANTIATE_TEST_SUITE_P(TermHupInt, SignalE2ETest, ::testing::Values(SIGTERM, SIGHUP, SIGINT));
+
 } // namespace
