@@ -11,7 +11,9 @@
 #include "toolkit/QKTheme.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFileInfo>
+#include <QThread>
 
 CQKPlayerApp theApp;
 
@@ -23,6 +25,8 @@ const QString kMutexName = QStringLiteral("{6F1D3A94-2C7B-4E58-9B06-D41C7E82A5F3
 // class name.
 const QString kServerName = QStringLiteral("QKOrbelPlayerGuiFrame");
 const QString kStartupFileName = QStringLiteral("playercommand.dat");
+// How long a start waits for a player that is ending to let go of the lock.
+constexpr qint64 kTakeOverMs = 20000;
 
 const char16_t* Wide(const QString& s)
 {
@@ -75,14 +79,24 @@ bool CQKPlayerApp::InitInstance()
 
     if (QKPlayerOptions::bOnlyOneInstance) {
         m_hInstanceMutex = std::make_unique<CQKSingleInstance>(kMutexName, kServerName);
-        if (!m_hInstanceMutex->Acquire()) {
-            // Another player runs: wake it and end. The running player brings its window up
-            // and reads the list this start wrote. Nobody answering means the other player is
-            // on its way out; this start then ends silently all the same, and its list stays
-            // on disk for whoever reads it next. Such a start saves no options.
-            m_hInstanceMutex->WakeRunningInstance();
-            m_hInstanceMutex.reset();
-            return false;
+        QElapsedTimer clock;
+        clock.start();
+        while (!m_hInstanceMutex->Acquire()) {
+            // Another player runs: wake it and end once it has read the list this start
+            // wrote. Such a start saves no options.
+            if (m_hInstanceMutex->WakeRunningInstance()) {
+                m_hInstanceMutex.reset();
+                return false;
+            }
+            // Nobody took the list: the other player is on its way out and lets go of the
+            // lock once it has saved its options. This start waits for that and runs the
+            // window itself. A player that holds the lock and never answers (hung) makes
+            // this start end silently after a while, its list left on disk.
+            if (clock.elapsed() > kTakeOverMs) {
+                m_hInstanceMutex.reset();
+                return false;
+            }
+            QThread::msleep(50);
         }
         m_hInstanceMutex->Listen([this] { OnWakeUp(); });
     }
@@ -138,7 +152,12 @@ void CQKPlayerApp::WriteStartupFiles(const QStringList& args)
 void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
 {
     QStringList arrFiles;
-    if (!CQKStartupList::Read(GetStartupFilePath(), arrFiles))
+    const bool bRead = CQKStartupList::Read(GetStartupFilePath(), arrFiles);
+    // The starts that woke us learn that the list was taken (also when it could not be read:
+    // it is the newest one, and nobody else would read it).
+    if (m_hInstanceMutex)
+        m_hInstanceMutex->Acknowledge();
+    if (!bRead)
         return;
     // The queue and the current path are replaced, but a running playback goes on: with an
     // empty list the player forgets which file it plays, and Play then asks for a file.

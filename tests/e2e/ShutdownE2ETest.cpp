@@ -74,6 +74,31 @@ TEST_F(ShutdownE2ETest, WindowDestroyedByAnotherProgramEndsThePlayer)
     ExpectEndedLikeTheCloseCommand();
 }
 
+TEST_F(ShutdownE2ETest, StartDuringTheCloseOfThePlayerIsNeverLost)
+{
+    // A person closes the player and at once opens a file from the file manager. Whatever the
+    // moment, the new start either hands its file to a player that reads it or runs a window
+    // of its own; it never ends with nothing on the screen.
+    const QString blue = TestMedia::SolidColor(QStringLiteral("blue"), 60.0, 64, 48, true);
+    ASSERT_FALSE(blue.isEmpty());
+    for (int nDelayMs : { 0, 20, 40, 60, 80, 100, 120, 150 }) {
+        SCOPED_TRACE(nDelayMs);
+        const unsigned long w = StartPlayer();
+        ASSERT_NE(w, 0u);
+        QProcess* closing = player;
+        screen.RequestClose(w);
+        WaitUntil([] { return false; }, nDelayMs);
+        QProcess* next = sandbox.Start({ blue });
+        ASSERT_TRUE(PlayerSandbox::WaitForEnd(closing, kEndMs));
+        const auto windows = screen.WaitForWindows(kClass, 1, kWindowMs);
+        ASSERT_EQ(windows.size(), 1u) << "the new start opened nothing";
+        EXPECT_EQ(next->state(), QProcess::Running);
+        EXPECT_TRUE(WaitUntil([&] { return IsBlue(screen.ColourAt(windows.front(), QPoint(165, 150))); }, kWindowMs));
+        screen.RequestClose(windows.front());
+        ASSERT_TRUE(PlayerSandbox::WaitForEnd(next, kEndMs));
+    }
+}
+
 class SignalE2ETest : public ShutdownE2ETest, public ::testing::WithParamInterface<int>
 {
 };

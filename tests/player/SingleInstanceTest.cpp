@@ -85,7 +85,10 @@ TEST_F(SingleInstanceTest, WakeUpReachesTheListenerOncePerStart)
     CQKSingleInstance first(kLock, kServer);
     ASSERT_TRUE(first.Acquire());
     int nWakes = 0;
-    ASSERT_TRUE(first.Listen([&] { ++nWakes; }));
+    ASSERT_TRUE(first.Listen([&] {
+        ++nWakes;
+        first.Acknowledge();
+    }));
 
     // The later starts run on other threads, as they would in other processes; the listener
     // answers from this thread's event loop.
@@ -131,7 +134,10 @@ TEST_F(SingleInstanceTest, LateListenerIsStillFound)
     });
     QThread::msleep(200);
     bool bWoken = false;
-    ASSERT_TRUE(first.Listen([&] { bWoken = true; }));
+    ASSERT_TRUE(first.Listen([&] {
+        bWoken = true;
+        first.Acknowledge();
+    }));
     EXPECT_TRUE(WaitFor([&] { return bWoken; }));
     later.join();
     EXPECT_TRUE(bAnswered);
@@ -155,9 +161,42 @@ TEST_F(SingleInstanceTest, LeftoverSocketOfACrashedInstanceIsReplaced)
     ASSERT_TRUE(first.Acquire());
     EXPECT_FALSE(later.WakeRunningInstance(100));
     bool bWoken = false;
-    ASSERT_TRUE(first.Listen([&] { bWoken = true; }));
-    EXPECT_TRUE(later.WakeRunningInstance());
+    ASSERT_TRUE(first.Listen([&] {
+        bWoken = true;
+        first.Acknowledge();
+    }));
+    std::atomic<bool> bAnswered { false };
+    std::thread wake([&] { bAnswered = later.WakeRunningInstance(); });
     EXPECT_TRUE(WaitFor([&] { return bWoken; }));
+    wake.join();
+    EXPECT_TRUE(bAnswered);
+}
+
+TEST_F(SingleInstanceTest, InstanceThatEndsWithoutReadingTellsTheStartNobodyTookItsList)
+{
+    // The running instance is on its way out: it hears the wake-up but never reads the list.
+    auto first = std::make_unique<CQKSingleInstance>(kLock, kServer);
+    ASSERT_TRUE(first->Acquire());
+    bool bWoken = false;
+    ASSERT_TRUE(first->Listen([&] { bWoken = true; }));
+    std::atomic<int> nAnswer { -1 };
+    std::atomic<qint64> nWaitedMs { 0 };
+    std::thread later([&] {
+        CQKSingleInstance inst(kLock, kServer);
+        QElapsedTimer clock;
+        clock.start();
+        nAnswer = (!inst.Acquire() && inst.WakeRunningInstance()) ? 1 : 0;
+        nWaitedMs = clock.elapsed();
+    });
+    EXPECT_TRUE(WaitFor([&] { return bWoken; }));
+    first.reset();
+    later.join();
+    // The start heard "nobody" at once, not after its patience ran out, and the lock is
+    // free for it to take.
+    EXPECT_EQ(nAnswer.load(), 0);
+    EXPECT_LT(nWaitedMs.load(), 3000);
+    CQKSingleInstance next(kLock, kServer);
+    EXPECT_TRUE(next.Acquire());
 }
 
 TEST(SingleInstanceFolderTest, WithoutRuntimeFolderAPrivateFolderInTmpIsUsed)
