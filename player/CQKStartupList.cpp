@@ -28,10 +28,15 @@ bool CQKStartupList::Write(const QString& strPath, const QStringList& args, cons
         // file, which then fails as media like any other file that is not.
         if (arg.compare(strModule, Qt::CaseInsensitive) == 0)
             continue;
-        if (arg.isEmpty() || !QFileInfo::exists(arg))
+        if (arg.isEmpty())
+            continue;
+        // A relative path means the working folder of this process, which the player that
+        // reads the list does not share: it goes into the list made absolute.
+        const QString strFile = QFileInfo(arg).absoluteFilePath();
+        if (!QFileInfo::exists(strFile))
             continue;
         CQKXmlNode* pItem = pRoot->AddChild(u"item", CQKXmlNode::kTypeElement);
-        pItem->AddAttribute(u"file", Wide(arg));
+        pItem->AddAttribute(u"file", Wide(strFile));
     }
     return doc.SaveFile(Wide(strPath));
 }

@@ -157,6 +157,21 @@ TEST_F(StartupE2ETest, NonAsciiPathSurvivesTheHandOff)
     EXPECT_TRUE(ReadWideFile(sandbox.SkinFolder() + "playercommand.dat").contains(QStringLiteral("日本語 €.mp4")));
 }
 
+TEST_F(StartupE2ETest, RelativePathMeansTheFolderOfTheStartThatGotIt)
+{
+    // The running player works in another folder, where a file of the same name is red.
+    const QString folder = sandbox.Root() + QStringLiteral("/b");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    ASSERT_TRUE(QFile::copy(blue, folder + QStringLiteral("/same.mp4")));
+    ASSERT_TRUE(QFile::copy(red, sandbox.Root() + QStringLiteral("/same.mp4")));
+    const unsigned long w = StartPlaying(green, IsGreen);
+    ASSERT_NE(w, 0u);
+    QProcess* later = sandbox.Start({ QStringLiteral("same.mp4") }, folder);
+    ASSERT_TRUE(PlayerSandbox::WaitForEnd(later, kWindowMs));
+    EXPECT_TRUE(WaitForColour(w, IsBlue)) << "the file of the running player's folder played";
+    EXPECT_TRUE(ReadWideFile(sandbox.SkinFolder() + "playercommand.dat").contains(folder + QStringLiteral("/same.mp4")));
+}
+
 TEST_F(StartupE2ETest, WithSingleInstanceOffTwoPlayersRun)
 {
     ASSERT_TRUE(WriteWideFile(sandbox.SkinFolder() + "playeroptions.dat", QStringLiteral("<options bOnlyOneInstance=\"0\" ds=\"1\"/>")));
