@@ -6,8 +6,10 @@
 #include <bit>
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
@@ -421,7 +423,36 @@ bool CQKXmlDocument::SaveFile(const char16_t* pszPath) const
     const int nFolder = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (nFolder >= 0) {
         ::fsync(nFolder);
+        RemoveStaleTemporaries(nFolder, name);
         ::close(nFolder);
     }
     return true;
+}
+
+void CQKXmlDocument::RemoveStaleTemporaries(int nFolder, const std::string& strName)
+{
+    // A run killed between writing and renaming leaves ".<name>.tmp-<pid>-<n>" behind. Such a
+    // file is removed once its process is gone; one of a running process may be its save
+    // under way.
+    const int nDup = ::dup(nFolder);
+    if (nDup < 0)
+        return;
+    DIR* pDir = ::fdopendir(nDup);
+    if (!pDir) {
+        ::close(nDup);
+        return;
+    }
+    const std::string prefix = "." + strName + ".tmp-";
+    while (const dirent* pEntry = ::readdir(pDir)) {
+        const char* pszName = pEntry->d_name;
+        if (std::strncmp(pszName, prefix.c_str(), prefix.size()) != 0)
+            continue;
+        char* pszEnd = nullptr;
+        const long nPid = std::strtol(pszName + prefix.size(), &pszEnd, 10);
+        if (nPid <= 0 || nPid > INT_MAX || !pszEnd || *pszEnd != '-' || nPid == ::getpid())
+            continue;
+        if (::kill(static_cast<pid_t>(nPid), 0) != 0 && errno == ESRCH)
+            ::unlinkat(nFolder, pszName, 0);
+    }
+    ::closedir(pDir);
 }
