@@ -193,4 +193,22 @@ TEST_F(PlayerOptionsTest, SaveRemovesTemporaryFilesOfEndedRunsOnly)
     EXPECT_EQ(opt::ds, 1);
 }
 
+TEST_F(PlayerOptionsTest, SaveWritesThroughALinkEvenWhenItDangles)
+{
+    // Settings kept in a dotfiles folder and linked, with a relative link; the target file
+    // does not exist yet.
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("dotfiles")));
+    const QString target = dir.filePath(QStringLiteral("dotfiles/options.dat"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("dotfiles/options.dat"), Path()));
+    opt::nYDel = 21;
+    ASSERT_TRUE(opt::Save(Path()));
+    EXPECT_TRUE(QFileInfo(Path()).isSymLink());
+    EXPECT_TRUE(ReadWideFile(target).contains(QStringLiteral("nYDel=\"21\"")));
+    // Once the target exists the link is kept as well.
+    opt::nYDel = 22;
+    ASSERT_TRUE(opt::Save(Path()));
+    EXPECT_TRUE(QFileInfo(Path()).isSymLink());
+    EXPECT_TRUE(ReadWideFile(target).contains(QStringLiteral("nYDel=\"22\"")));
+}
+
 } // namespace
