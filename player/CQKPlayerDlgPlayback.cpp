@@ -27,9 +27,6 @@
 
 namespace {
 
-// The engine takes a path of at most this many bytes in UTF-8, its terminator included.
-constexpr size_t kPlayPathBytes = 2048;
-
 bool IsExistingFile(const QString& strPath)
 {
     return !strPath.isEmpty() && QFileInfo(strPath).isFile();
@@ -64,7 +61,7 @@ void CQKPlayerDlg::OnPlayPause()
     }
     // A path the engine cannot take is refused here, where the user can be told, rather than
     // cut short on the play thread.
-    if (static_cast<size_t>(m_strMediaPath.toUtf8().size()) >= kPlayPathBytes) {
+    if (static_cast<size_t>(m_strMediaPath.toUtf8().size()) >= QKPLAY_MAX_PATH) {
         ShowMediaError();
         return;
     }
@@ -143,7 +140,7 @@ void CQKPlayerDlg::StopAndJoinPlayThread()
 void CQKPlayerDlg::PlayThreadProc(CQKPlayerDlg* pDlg, QByteArray utf8Path, qkplay_video* pVideo, bool bAudioOnly)
 {
     // The engine takes the path in a buffer of fixed size; a longer one was refused before.
-    char szPath[kPlayPathBytes];
+    char szPath[QKPLAY_MAX_PATH];
     std::memset(szPath, 0, sizeof(szPath));
     if (static_cast<size_t>(utf8Path.size()) < sizeof(szPath)) {
         std::memcpy(szPath, utf8Path.constData(), static_cast<size_t>(utf8Path.size()));

@@ -172,6 +172,23 @@ TEST_F(StartupE2ETest, RelativePathMeansTheFolderOfTheStartThatGotIt)
     EXPECT_TRUE(ReadWideFile(sandbox.SkinFolder() + "playercommand.dat").contains(folder + QStringLiteral("/same.mp4")));
 }
 
+TEST_F(StartupE2ETest, PathLongerThan2048BytesPlays)
+{
+    // Legal on Linux up to 4095 bytes: folders of 200-byte names, about 3000 bytes in all.
+    QString folder = sandbox.Root();
+    while (folder.toUtf8().size() < 2900) {
+        folder += QLatin1Char('/') + QString(200, QLatin1Char('d'));
+        ASSERT_TRUE(QDir().mkpath(folder));
+    }
+    const QString longBlue = folder + QStringLiteral("/blue.mp4");
+    ASSERT_GT(longBlue.toUtf8().size(), 2900);
+    ASSERT_TRUE(QFile::copy(blue, longBlue));
+    const unsigned long w = StartPlaying(green, IsGreen);
+    ASSERT_NE(w, 0u);
+    EXPECT_EQ(sandbox.RunToEnd({ longBlue }), 0);
+    EXPECT_TRUE(WaitForColour(w, IsBlue));
+}
+
 TEST_F(StartupE2ETest, WithSingleInstanceOffTwoPlayersRun)
 {
     ASSERT_TRUE(WriteWideFile(sandbox.SkinFolder() + "playeroptions.dat", QStringLiteral("<options bOnlyOneInstance=\"0\" ds=\"1\"/>")));
