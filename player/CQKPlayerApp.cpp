@@ -179,7 +179,7 @@ void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
         dlg.m_strMediaPath = dlg.m_arrFiles.first();
     }
     // No message on this way: a list without a playable file just plays nothing.
-    if (dlg.m_strMediaPath.isEmpty() || !QFileInfo(dlg.m_strMediaPath).isFile())
+    if (dlg.m_strMediaPath.isEmpty() || !QKPathIsFile(dlg.m_strMediaPath))
         return;
     dlg.m_bInfoLoaded = 1;
     dlg.OnStop();

@@ -19,9 +19,9 @@
 
 #include "platform/CQKPlayWnd.h"
 #include "platform/QKMessages.h"
+#include "platform/QKSystem.h"
 #include "player/QKPlayerOptions.h"
 
-#include <QFileInfo>
 #include <chrono>
 #include <cstring>
 
@@ -29,7 +29,7 @@ namespace {
 
 bool IsExistingFile(const QString& strPath)
 {
-    return !strPath.isEmpty() && QFileInfo(strPath).isFile();
+    return QKPathIsFile(strPath);
 }
 
 } // namespace
@@ -61,7 +61,7 @@ void CQKPlayerDlg::OnPlayPause()
     }
     // A path the engine cannot take is refused here, where the user can be told, rather than
     // cut short on the play thread.
-    if (static_cast<size_t>(m_strMediaPath.toUtf8().size()) >= QKPLAY_MAX_PATH) {
+    if (static_cast<size_t>(QKEncodePath(m_strMediaPath).size()) >= QKPLAY_MAX_PATH) {
         ShowMediaError();
         return;
     }
@@ -109,7 +109,8 @@ void CQKPlayerDlg::StartPlayThread()
     StopAndJoinPlayThread();
     // The thread gets its own copies: the start-up list may replace the path and the video
     // flag on this thread while the play call runs.
-    QByteArray utf8Path = m_strMediaPath.toUtf8();
+    // The name's own bytes, also where they are not valid UTF-8.
+    QByteArray utf8Path = QKEncodePath(m_strMediaPath);
     qkplay_video* pVideo = m_wndPlay ? m_wndPlay->VideoTarget() : nullptr;
     const bool bAudioOnly = !m_bHasVideo;
     m_bPlayThreadDone = false;

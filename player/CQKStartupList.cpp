@@ -1,5 +1,6 @@
 #include "player/CQKStartupList.h"
 
+#include "platform/QKSystem.h"
 #include "services/CQKXmlDocument.h"
 
 #include <QFile>
@@ -32,8 +33,8 @@ bool CQKStartupList::Write(const QString& strPath, const QStringList& args, cons
             continue;
         // A relative path means the working folder of this process, which the player that
         // reads the list does not share: it goes into the list made absolute.
-        const QString strFile = QFileInfo(arg).absoluteFilePath();
-        if (!QFileInfo::exists(strFile))
+        const QString strFile = QKAbsolutePath(arg);
+        if (!QKPathExists(strFile))
             continue;
         CQKXmlNode* pItem = pRoot->AddChild(u"item", CQKXmlNode::kTypeElement);
         pItem->AddAttribute(u"file", Wide(strFile));

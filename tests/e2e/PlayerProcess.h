@@ -39,10 +39,10 @@ public:
     int RunToEnd(const QStringList& args, int nTimeoutMs = 15000);
     // Waits for a started process to end by itself.
     static bool WaitForEnd(QProcess* pProcess, int nTimeoutMs);
-
-private:
+    // The environment the program is started with (private runtime folder and home).
     QProcessEnvironment Environment() const;
 
+private:
     QTemporaryDir dir;
     QString strApp;
     bool bValid { false };

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
 
 using namespace orbeltest;
 
@@ -187,6 +188,31 @@ TEST_F(StartupE2ETest, PathLongerThan2048BytesPlays)
     ASSERT_NE(w, 0u);
     EXPECT_EQ(sandbox.RunToEnd({ longBlue }), 0);
     EXPECT_TRUE(WaitForColour(w, IsBlue));
+}
+
+TEST_F(StartupE2ETest, NameThatIsNotUtf8PlaysWithItsBytes)
+{
+    // Linux file names are bytes; this one is Latin-1 ("blå.mp4" from an old archive). A
+    // QString cannot carry it to a process, so the shell hands it over.
+    const QByteArray name = QByteArrayLiteral("bl\xe5.mp4");
+    QFile in(blue);
+    ASSERT_TRUE(in.open(QIODevice::ReadOnly));
+    const QByteArray data = in.readAll();
+    const QByteArray path = QFile::encodeName(sandbox.Root()) + '/' + name;
+    FILE* out = std::fopen(path.constData(), "wb");
+    ASSERT_NE(out, nullptr);
+    ASSERT_EQ(std::fwrite(data.constData(), 1, static_cast<size_t>(data.size()), out), static_cast<size_t>(data.size()));
+    std::fclose(out);
+    const unsigned long w = StartPlaying(green, IsGreen);
+    ASSERT_NE(w, 0u);
+    QProcess later;
+    later.setProcessEnvironment(sandbox.Environment());
+    later.setWorkingDirectory(sandbox.Root());
+    later.setProcessChannelMode(QProcess::ForwardedChannels);
+    later.start(QStringLiteral("/bin/sh"), { QStringLiteral("-c"), QStringLiteral("exec \"$0\" \"$(printf 'bl\\345.mp4')\""), sandbox.AppFolder() + QStringLiteral("orbel-player") });
+    ASSERT_TRUE(later.waitForFinished(kWindowMs));
+    EXPECT_EQ(later.exitCode(), 0);
+    EXPECT_TRUE(WaitForColour(w, IsBlue)) << "the file with a Latin-1 name did not play";
 }
 
 TEST_F(StartupE2ETest, WithSingleInstanceOffTwoPlayersRun)
