@@ -99,6 +99,8 @@ bool CQKPlayerApp::InitInstance()
             QThread::msleep(50);
         }
         m_hInstanceMutex->Listen([this] { OnWakeUp(); });
+    } else {
+        m_bReadOwnFiles = true;
     }
 
     // Common controls, the framework's own start, OLE, the shell manager, the registry key
@@ -146,13 +148,22 @@ void CQKPlayerApp::OnWakeUp()
 
 void CQKPlayerApp::WriteStartupFiles(const QStringList& args)
 {
-    CQKStartupList::Write(GetStartupFilePath(), args, QCoreApplication::applicationFilePath());
+    m_arrOwnFiles.clear();
+    m_bOwnFilesWritten = CQKStartupList::Write(GetStartupFilePath(), args, QCoreApplication::applicationFilePath(), &m_arrOwnFiles);
 }
 
 void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
 {
     QStringList arrFiles;
-    const bool bRead = CQKStartupList::Read(GetStartupFilePath(), arrFiles);
+    bool bRead = false;
+    if (m_bReadOwnFiles) {
+        // A free player's first read: its own list, not what another start wrote since.
+        m_bReadOwnFiles = false;
+        bRead = m_bOwnFilesWritten;
+        arrFiles = m_arrOwnFiles;
+    } else {
+        bRead = CQKStartupList::Read(GetStartupFilePath(), arrFiles);
+    }
     // The starts that woke us learn that the list was taken (also when it could not be read:
     // it is the newest one, and nobody else would read it).
     if (m_hInstanceMutex)

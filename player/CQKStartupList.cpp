@@ -15,7 +15,7 @@ const char16_t* Wide(const QString& s)
 
 } // namespace
 
-bool CQKStartupList::Write(const QString& strPath, const QStringList& args, const QString& strModule)
+bool CQKStartupList::Write(const QString& strPath, const QStringList& args, const QString& strModule, QStringList* pWritten)
 {
     if (QFileInfo::exists(strPath))
         QFile::remove(strPath);
@@ -38,6 +38,8 @@ bool CQKStartupList::Write(const QString& strPath, const QStringList& args, cons
             continue;
         CQKXmlNode* pItem = pRoot->AddChild(u"item", CQKXmlNode::kTypeElement);
         pItem->AddAttribute(u"file", Wide(strFile));
+        if (pWritten)
+            pWritten->append(strFile);
     }
     return doc.SaveFile(Wide(strPath));
 }
