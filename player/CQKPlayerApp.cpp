@@ -1,6 +1,5 @@
 #include "player/CQKPlayerApp.h"
 
-#include "engine/qkplay.h"
 #include "platform/CQKSingleInstance.h"
 #include "platform/QKAppFolder.h"
 #include "platform/QKMessages.h"
@@ -27,11 +26,6 @@ const QString kServerName = QStringLiteral("QKOrbelPlayerGuiFrame");
 const QString kStartupFileName = QStringLiteral("playercommand.dat");
 // How long a start waits for a player that is ending to let go of the lock.
 constexpr qint64 kTakeOverMs = 20000;
-
-const char16_t* Wide(const QString& s)
-{
-    return reinterpret_cast<const char16_t*>(s.utf16());
-}
 
 } // namespace
 
@@ -178,9 +172,7 @@ void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
         return;
     dlg.m_strMediaPath = dlg.m_arrFiles.first();
     for (;;) {
-        int nReserved = 0;
-        double dReserved = 0.0;
-        if (qkplaydll_GetMediaInfoEx(Wide(dlg.m_strMediaPath), &dlg.m_bHasVideo, &nReserved, &dlg.m_nVideoWidth, &dlg.m_nVideoHeight, &dlg.m_dDuration, &dReserved))
+        if (dlg.LoadMediaInfo())
             break;
         dlg.m_bHasVideo = 0;
         dlg.m_strMediaPath.clear();

@@ -21,6 +21,7 @@
 #include "platform/QKMessages.h"
 #include "platform/QKSystem.h"
 #include "player/QKPlayerOptions.h"
+#include "player/QKWide.h"
 
 #include <chrono>
 #include <cstring>
@@ -33,6 +34,13 @@ bool IsExistingFile(const QString& strPath)
 }
 
 } // namespace
+
+bool CQKPlayerDlg::LoadMediaInfo()
+{
+    int nReserved = 0;
+    double dReserved = 0.0;
+    return qkplaydll_GetMediaInfoEx(QKWide(m_strMediaPath), &m_bHasVideo, &nReserved, &m_nVideoWidth, &m_nVideoHeight, &m_dDuration, &dReserved) != 0;
+}
 
 void CQKPlayerDlg::OnPlayPause()
 {
@@ -52,9 +60,7 @@ void CQKPlayerDlg::OnPlayPause()
     }
 
     if (!m_bInfoLoaded) {
-        int nReserved = 0;
-        double dReserved = 0.0;
-        if (!qkplaydll_GetMediaInfoEx(reinterpret_cast<const char16_t*>(m_strMediaPath.utf16()), &m_bHasVideo, &nReserved, &m_nVideoWidth, &m_nVideoHeight, &m_dDuration, &dReserved)) {
+        if (!LoadMediaInfo()) {
             ShowMediaError();
             return;
         }

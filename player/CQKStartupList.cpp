@@ -1,19 +1,11 @@
 #include "player/CQKStartupList.h"
 
 #include "platform/QKSystem.h"
+#include "player/QKWide.h"
 #include "services/CQKXmlDocument.h"
 
 #include <QFile>
 #include <QFileInfo>
-
-namespace {
-
-const char16_t* Wide(const QString& s)
-{
-    return reinterpret_cast<const char16_t*>(s.utf16());
-}
-
-} // namespace
 
 bool CQKStartupList::Write(const QString& strPath, const QStringList& args, const QString& strModule, QStringList* pWritten)
 {
@@ -37,17 +29,17 @@ bool CQKStartupList::Write(const QString& strPath, const QStringList& args, cons
         if (!QKPathExists(strFile))
             continue;
         CQKXmlNode* pItem = pRoot->AddChild(u"item", CQKXmlNode::kTypeElement);
-        pItem->AddAttribute(u"file", Wide(strFile));
+        pItem->AddAttribute(u"file", QKWide(strFile));
         if (pWritten)
             pWritten->append(strFile);
     }
-    return doc.SaveFile(Wide(strPath));
+    return doc.SaveFile(QKWide(strPath));
 }
 
 bool CQKStartupList::Read(const QString& strPath, QStringList& arrFiles)
 {
     CQKXmlDocument doc;
-    if (!doc.LoadFile(Wide(strPath)))
+    if (!doc.LoadFile(QKWide(strPath)))
         return false;
     arrFiles = Entries(doc);
     return true;
