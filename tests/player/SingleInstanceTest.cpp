@@ -172,33 +172,6 @@ TEST_F(SingleInstanceTest, LeftoverSocketOfACrashedInstanceIsReplaced)
     EXPECT_TRUE(bAnswered);
 }
 
-TEST_F(SingleInstanceTest, InstanceThatEndsWithoutReadingTellsTheStartNobodyTookItsList)
-{
-    // The running instance is on its way out: it hears the wake-up but never reads the list.
-    auto first = std::make_unique<CQKSingleInstance>(kLock, kServer);
-    ASSERT_TRUE(first->Acquire());
-    bool bWoken = false;
-    ASSERT_TRUE(first->Listen([&] { bWoken = true; }));
-    std::atomic<int> nAnswer { -1 };
-    std::atomic<qint64> nWaitedMs { 0 };
-    std::thread later([&] {
-        CQKSingleInstance inst(kLock, kServer);
-        QElapsedTimer clock;
-        clock.start();
-        nAnswer = (!inst.Acquire() && inst.WakeRunningInstance()) ? 1 : 0;
-        nWaitedMs = clock.elapsed();
-    });
-    EXPECT_TRUE(WaitFor([&] { return bWoken; }));
-    first.reset();
-    later.join();
-    // The start heard "nobody" at once, not after its patience ran out, and the lock is
-    // free for it to take.
-    EXPECT_EQ(nAnswer.load(), 0);
-    EXPECT_LT(nWaitedMs.load(), 3000);
-    CQKSingleInstance next(kLock, kServer);
-    EXPECT_TRUE(next.Acquire());
-}
-
 TEST(SingleInstanceFolderTest, WithoutRuntimeFolderAPrivateFolderInTmpIsUsed)
 {
     const QByteArray saved = qgetenv("XDG_RUNTIME_DIR");

@@ -2,15 +2,12 @@
 // player reads back.
 #include "player/CQKStartupList.h"
 
-#include "platform/QKSystem.h"
-
 #include "support/WideFileText.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <cstdio>
 #include <gtest/gtest.h>
 
 namespace {
@@ -106,21 +103,6 @@ TEST_F(StartupListTest, NonAsciiPathsPassUnchanged)
     ASSERT_EQ(read.size(), 1);
     EXPECT_EQ(read.front(), odd);
     EXPECT_TRUE(QFileInfo::exists(read.front()));
-}
-
-TEST_F(StartupListTest, NameThatIsNotUtf8KeepsItsBytes)
-{
-    // A Latin-1 name, as the command line brings it.
-    const QByteArray bytes = QFile::encodeName(dir.path()) + QByteArrayLiteral("/bl\xe5.mkv");
-    FILE* f = std::fopen(bytes.constData(), "wb");
-    ASSERT_NE(f, nullptr);
-    std::fclose(f);
-    ASSERT_TRUE(CQKStartupList::Write(List(), { QKDecodePath(QByteArrayLiteral("bl\xe5.mkv")) }, Module()));
-    QStringList read;
-    ASSERT_TRUE(CQKStartupList::Read(List(), read));
-    ASSERT_EQ(read.size(), 1);
-    EXPECT_EQ(QKEncodePath(read.front()), bytes);
-    EXPECT_TRUE(QKPathIsFile(read.front()));
 }
 
 TEST_F(StartupListTest, UnreadableListsChangeNothing)
