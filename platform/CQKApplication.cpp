@@ -1,6 +1,6 @@
 #include "platform/CQKApplication.h"
 
-#include "platform/QKSystem.h"
+#include "platform/QKFilePath.h"
 
 #include <QApplication>
 #include <clocale>

@@ -2,6 +2,7 @@
 
 #include "platform/CQKSingleInstance.h"
 #include "platform/QKAppFolder.h"
+#include "platform/QKFilePath.h"
 #include "platform/QKMessages.h"
 #include "platform/QKSystem.h"
 #include "player/CQKPlayerDlg.h"

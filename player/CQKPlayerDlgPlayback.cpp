@@ -18,8 +18,8 @@
 #include "player/CQKPlayerDlg.h"
 
 #include "platform/CQKPlayWnd.h"
+#include "platform/QKFilePath.h"
 #include "platform/QKMessages.h"
-#include "platform/QKSystem.h"
 #include "player/QKPlayerOptions.h"
 #include "player/QKWide.h"
 

@@ -1,6 +1,6 @@
 #include "player/CQKStartupList.h"
 
-#include "platform/QKSystem.h"
+#include "platform/QKFilePath.h"
 #include "player/QKWide.h"
 #include "services/CQKXmlDocument.h"
 
