@@ -172,6 +172,11 @@ bool CQKMediaProbe::Utf16ToUtf8(const char16_t* psz, std::string& strOut, size_t
                 return false;
             c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
             ++i;
+        } else if (c >= 0xDC80 && c <= 0xDCFF) {
+            // A byte of a file name that is not valid UTF-8, kept by the player as this lone
+            // unit: it goes back into the name as the byte it was.
+            strOut += static_cast<char>(c - 0xDC00);
+            continue;
         } else if (c >= 0xDC00 && c <= 0xDFFF) {
             return false;
         }

@@ -20,8 +20,9 @@ public:
     // is missing, not a regular file, empty, or holds nothing that can be decoded.
     static bool Probe(const std::string& strPath, tagQKMediaInfo& info);
 
-    // Converts a zero-terminated UTF-16 string to UTF-8. Returns false for unpaired
-    // surrogates and for names longer than nMaxUnits code units.
+    // Converts a zero-terminated UTF-16 string to UTF-8. A lone unit U+DC80 to U+DCFF stands
+    // for the byte 0x80 to 0xFF of a file name that is not valid UTF-8 and becomes that byte.
+    // Returns false for other unpaired surrogates and for names longer than nMaxUnits units.
     static bool Utf16ToUtf8(const char16_t* psz, std::string& strOut, size_t nMaxUnits = 32768);
 
 private:

@@ -4,18 +4,14 @@
 #include "CQKEngine.h"
 #include "CQKMediaProbe.h"
 
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 
 using qkplay::CQKEngine;
 using qkplay::CQKMediaProbe;
 
-namespace {
-
-// The player hands the play path over in a buffer of this size, terminator included.
-constexpr size_t kMaxPlayPath = 2048;
-
-} // namespace
+static_assert(QKPLAY_MAX_PATH == PATH_MAX, "the path limit is the system's");
 
 extern "C" {
 
@@ -26,7 +22,9 @@ QKPLAY_API int qkplaydll_GetMediaInfoEx(const char16_t* path, int* pnHasVideo, i
     (void)pnReservedInfo;
     (void)pdReservedInfo;
     std::string strPath;
-    if (!CQKMediaProbe::Utf16ToUtf8(path, strPath))
+    // A name the play call would refuse is no playable file: the player's queue then moves on
+    // to the next one.
+    if (!CQKMediaProbe::Utf16ToUtf8(path, strPath) || strPath.size() >= QKPLAY_MAX_PATH)
         return 0;
     qkplay::tagQKMediaInfo info;
     if (!CQKMediaProbe::Probe(strPath, info))
@@ -52,8 +50,8 @@ QKPLAY_API int qkplaydll_Play(const char* path, qkplay_video* video, qkplay_noti
     (void)nReserved4;
     if (!path)
         return 0;
-    const size_t nLength = strnlen(path, kMaxPlayPath);
-    if (nLength == 0 || nLength >= kMaxPlayPath)
+    const size_t nLength = strnlen(path, QKPLAY_MAX_PATH);
+    if (nLength == 0 || nLength >= QKPLAY_MAX_PATH)
         return 0;
     // The engine would read a relative name with a colon in it ("x:y.mkv") as a protocol;
     // "./" keeps every name a plain file.

@@ -63,6 +63,14 @@
 #define QKPLAY_API
 #endif
 
+/*
+ * The longest path the library takes, in bytes of UTF-8 with the terminator: the system's own
+ * path limit (PATH_MAX on Linux). A longer name cannot be opened anyway, so
+ * qkplaydll_GetMediaInfoEx refuses it like a file that does not play, and qkplaydll_Play
+ * refuses it too (reading no further than this many bytes).
+ */
+#define QKPLAY_MAX_PATH 4096
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -100,7 +108,8 @@ typedef struct qkplay_video
 /*
  * Probes a file with libavformat, without the playback engine.
  *
- * path: the file name as a zero-terminated UTF-16 string.
+ * path: the file name as a zero-terminated UTF-16 string. A name longer than QKPLAY_MAX_PATH
+ *     bytes in UTF-8 with its terminator gives 0.
  * pnHasVideo: set to 1 when the file has a real video stream (a cover picture inside a
  *     sound file does not count), else 0.
  * pnReservedInfo, pdReservedInfo: not written; they keep the caller's values.
@@ -122,8 +131,8 @@ QKPLAY_API int qkplaydll_GetMediaInfoEx(const char16_t* path, int* pnHasVideo,
 /*
  * Plays a file and blocks until the playback is over.
  *
- * path: the file name in UTF-8, zero-terminated. A name that does not fit 2048 bytes with its
- *     terminator is refused (the library reads no further than that).
+ * path: the file name in UTF-8, zero-terminated. A name that does not fit QKPLAY_MAX_PATH
+ *     bytes with its terminator is refused (the library reads no further than that).
  * video: the video surface, or null for no picture. With null, or with a surface that is not
  *     attached, the file plays with sound and a running position but without a picture.
  * notify: the notify target; may be null, then nothing is posted.

@@ -1,7 +1,8 @@
 #include "platform/CQKApplication.h"
 
+#include "platform/QKFilePath.h"
+
 #include <QApplication>
-#include <QFile>
 #include <clocale>
 
 CQKApplication::CQKApplication(int& argc, char** argv)
@@ -20,6 +21,6 @@ QStringList CQKApplication::CommandLine(int argc, char** argv)
 {
     QStringList args;
     for (int i = 0; i < argc; ++i)
-        args.append(QFile::decodeName(argv[i]));
+        args.append(QKDecodePath(QByteArray(argv[i])));
     return args;
 }

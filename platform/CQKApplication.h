@@ -18,7 +18,8 @@ public:
     CQKApplication(const CQKApplication&) = delete;
     CQKApplication& operator=(const CQKApplication&) = delete;
 
-    // The command line, every entry including the first, decoded by the locale. Read before
+    // The command line, every entry including the first, decoded as UTF-8 with the bytes of a
+    // name that is not valid UTF-8 kept (QKDecodePath). Read before
     // the connection is made, so that the window system takes away no entry that looks like
     // one of its own switches: the program has none, and every entry is a file.
     static QStringList CommandLine(int argc, char** argv);

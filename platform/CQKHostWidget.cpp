@@ -4,6 +4,7 @@
 #include "platform/QKKeys.h"
 #include "platform/QKMessages.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QChildEvent>
 #include <QCloseEvent>
@@ -18,6 +19,7 @@
 #include <QUrl>
 #include <QWheelEvent>
 #include <algorithm>
+#include <xcb/xcb.h>
 
 // The queued message of PostMessage.
 class CQKMessageEvent : public QEvent
@@ -45,12 +47,56 @@ QEvent* CQKHostWidget::MakeMessageEvent(uint32_t msg, uintptr_t wParam, intptr_t
     return new CQKMessageEvent(msg, wParam, lParam);
 }
 
+// Another program can destroy one of our windows on X (a session tool, a crashing window
+// manager, "xdotool windowclose"). Qt keeps the widget as if nothing happened, so the host
+// would go on without anything on the screen; the filter hears the destruction and lets the
+// host close the way the window system's close does.
+class CQKWindowLossFilter : public QAbstractNativeEventFilter
+{
+public:
+    static void Install()
+    {
+        static CQKWindowLossFilter* s_pFilter = nullptr;
+        if (s_pFilter || !QCoreApplication::instance() || QGuiApplication::platformName() != QLatin1String("xcb"))
+            return;
+        s_pFilter = new CQKWindowLossFilter;
+        QCoreApplication::instance()->installNativeEventFilter(s_pFilter);
+    }
+
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) override
+    {
+        if (eventType != "xcb_generic_event_t")
+            return false;
+        const auto* ev = static_cast<const xcb_generic_event_t*>(message);
+        if ((ev->response_type & 0x7F) != XCB_DESTROY_NOTIFY)
+            return false;
+        const auto* destroy = static_cast<const xcb_destroy_notify_event_t*>(message);
+        for (QWidget* w : QApplication::topLevelWidgets()) {
+            auto* host = dynamic_cast<CQKHostWidget*>(w);
+            if (!host || w->internalWinId() != destroy->window)
+                continue;
+            // Queued: the host may end its window in OnClose, which must not happen inside
+            // the window system's own event handling.
+            QMetaObject::invokeMethod(
+                host, [host] { host->OnWindowLost(); }, Qt::QueuedConnection);
+        }
+        return false;
+    }
+};
+
 CQKHostWidget::CQKHostWidget(CQKHostWnd* host, QWidget* pParent, Qt::WindowFlags flags)
     : QWidget(pParent, flags)
     , pHost(host)
 {
     setMouseTracking(true);
     setAttribute(Qt::WA_NoSystemBackground);
+    CQKWindowLossFilter::Install();
+}
+
+void CQKHostWidget::OnWindowLost()
+{
+    if (pHost)
+        pHost->OnClose();
 }
 
 CQKHostWidget::~CQKHostWidget()

@@ -20,6 +20,8 @@ public:
     // The host this window serves, null once the host let go of it.
     CQKHostWnd* Host() const { return pHost; }
     void Detach() { pHost = nullptr; }
+    // Another program destroyed the window on the screen: the host hears it as a close.
+    void OnWindowLost();
     // Inside one of this widget's event handlers: deleting it now would pull the floor away.
     bool InEvent() const { return nEventDepth > 0; }
 

@@ -75,7 +75,7 @@ bool CQKSingleInstance::Acquire()
     return true;
 }
 
-bool CQKSingleInstance::WakeRunningInstance(int nTimeoutMs)
+bool CQKSingleInstance::WakeRunningInstance(int nTimeoutMs, int nAckTimeoutMs)
 {
     if (m_strServerPath.isEmpty())
         return false;
@@ -85,12 +85,15 @@ bool CQKSingleInstance::WakeRunningInstance(int nTimeoutMs)
         QLocalSocket socket;
         socket.connectToServer(m_strServerPath);
         if (socket.waitForConnected(qMax(50, nTimeoutMs))) {
-            // The connection is the whole message. Closing it is how the running instance
-            // learns that the sender is done; nothing is written.
-            socket.disconnectFromServer();
-            if (socket.state() != QLocalSocket::UnconnectedState)
-                socket.waitForDisconnected(200);
-            return true;
+            // The connection is the wake-up. The running instance answers with one byte once
+            // it has read the list; a close without it means it is ending and read nothing.
+            QElapsedTimer ackClock;
+            ackClock.start();
+            while (socket.bytesAvailable() == 0 && socket.state() == QLocalSocket::ConnectedState && ackClock.elapsed() < nAckTimeoutMs)
+                socket.waitForReadyRead(qMax<int>(1, nAckTimeoutMs - static_cast<int>(ackClock.elapsed())));
+            const bool bAcknowledged = socket.bytesAvailable() > 0;
+            socket.abort();
+            return bAcknowledged;
         }
         if (clock.elapsed() >= nTimeoutMs)
             return false;
@@ -112,8 +115,8 @@ bool CQKSingleInstance::Listen(std::function<void()> fnOnWake)
     m_pServer->setSocketOptions(QLocalServer::UserAccessOption);
     QObject::connect(m_pServer.get(), &QLocalServer::newConnection, m_pServer.get(), [this] {
         while (QLocalSocket* pSocket = m_pServer->nextPendingConnection()) {
-            QObject::connect(pSocket, &QLocalSocket::disconnected, pSocket, &QObject::deleteLater);
-            pSocket->disconnectFromServer();
+            // The socket belongs to the server and goes with it at the latest.
+            m_arrWaiting.push_back(pSocket);
             if (m_fnOnWake)
                 m_fnOnWake();
         }
@@ -125,8 +128,28 @@ bool CQKSingleInstance::Listen(std::function<void()> fnOnWake)
     return true;
 }
 
+void CQKSingleInstance::Acknowledge()
+{
+    for (QLocalSocket* pSocket : m_arrWaiting) {
+        // A start that gave up waiting has gone already.
+        if (pSocket->state() == QLocalSocket::UnconnectedState) {
+            pSocket->deleteLater();
+            continue;
+        }
+        QObject::connect(pSocket, &QLocalSocket::disconnected, pSocket, &QObject::deleteLater);
+        pSocket->write("1", 1);
+        pSocket->flush();
+        pSocket->disconnectFromServer();
+    }
+    m_arrWaiting.clear();
+}
+
 void CQKSingleInstance::Close()
 {
+    // Starts still waiting are cut off without an answer: nobody will read their list here.
+    for (QLocalSocket* pSocket : m_arrWaiting)
+        pSocket->abort();
+    m_arrWaiting.clear();
     if (m_pServer) {
         m_pServer->close();
         m_pServer.reset();

@@ -6,8 +6,32 @@
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QSocketNotifier>
 #include <QUrl>
+#include <cerrno>
 #include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <memory>
+#include <unistd.h>
+
+namespace {
+
+constexpr int kEndSignals[] = { SIGTERM, SIGHUP, SIGINT };
+// The pipe between the signal handler and the event loop: [0] is read by the loop.
+int g_aSignalPipe[2] = { -1, -1 };
+std::unique_ptr<QSocketNotifier> g_pSignalNotifier;
+
+void OnEndSignal(int)
+{
+    // Only what is safe in a signal handler: one write, errno kept for the code interrupted.
+    const int nSavedErrno = errno;
+    const char c = 1;
+    [[maybe_unused]] const ssize_t n = ::write(g_aSignalPipe[1], &c, 1);
+    errno = nSavedErrno;
+}
+
+} // namespace
 
 uint64_t QKGetTickCount()
 {
@@ -76,4 +100,41 @@ bool QKOpenURL(const QString& address)
     if (UrlOpener())
         return UrlOpener()(url);
     return QDesktopServices::openUrl(url);
+}
+
+bool QKWatchEndSignals(std::function<void()> fnOnSignal)
+{
+    QKStopWatchingEndSignals();
+    if (::pipe2(g_aSignalPipe, O_CLOEXEC | O_NONBLOCK) != 0) {
+        g_aSignalPipe[0] = g_aSignalPipe[1] = -1;
+        return false;
+    }
+    g_pSignalNotifier = std::make_unique<QSocketNotifier>(g_aSignalPipe[0], QSocketNotifier::Read);
+    QObject::connect(g_pSignalNotifier.get(), &QSocketNotifier::activated, g_pSignalNotifier.get(), [fn = std::move(fnOnSignal)] {
+        // A burst of signals is one request to end.
+        char buffer[64];
+        while (::read(g_aSignalPipe[0], buffer, sizeof(buffer)) > 0) {
+        }
+        fn();
+    });
+    struct sigaction sa
+    { };
+    sa.sa_handler = OnEndSignal;
+    sigemptyset(&sa.sa_mask);
+    sa.sa_flags = SA_RESTART;
+    for (int nSignal : kEndSignals)
+        ::sigaction(nSignal, &sa, nullptr);
+    return true;
+}
+
+void QKStopWatchingEndSignals()
+{
+    for (int nSignal : kEndSignals)
+        ::signal(nSignal, SIG_DFL);
+    g_pSignalNotifier.reset();
+    for (int& fd : g_aSignalPipe) {
+        if (fd >= 0)
+            ::close(fd);
+        fd = -1;
+    }
 }

@@ -26,3 +26,12 @@ bool OpenURL(const QString& address);
 // Replaces what hands an address to the desktop (tests: no browser is started); an empty
 // function puts the desktop's handler back. The function gets the address as resolved.
 void QKSetUrlOpener(std::function<bool(const QUrl&)> opener);
+
+// The desktop ends a session with SIGTERM or SIGHUP, a terminal with SIGINT. From this call on,
+// each of them calls fnOnSignal from the event loop of the calling thread instead of ending the
+// process at once, so that the program can end the way its close command does. The signal
+// handler itself only writes to a pipe. False when the pipe could not be made (the signals then
+// keep their default action).
+bool QKWatchEndSignals(std::function<void()> fnOnSignal);
+// Gives the three signals their default action back and stops watching.
+void QKStopWatchingEndSignals();

@@ -1,16 +1,19 @@
 #include "player/CQKPlayerApp.h"
 
-#include "engine/qkplay.h"
 #include "platform/CQKSingleInstance.h"
 #include "platform/QKAppFolder.h"
+#include "platform/QKFilePath.h"
 #include "platform/QKMessages.h"
+#include "platform/QKSystem.h"
 #include "player/CQKPlayerDlg.h"
 #include "player/CQKStartupList.h"
 #include "player/QKPlayerOptions.h"
 #include "toolkit/QKTheme.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFileInfo>
+#include <QThread>
 
 CQKPlayerApp theApp;
 
@@ -22,11 +25,8 @@ const QString kMutexName = QStringLiteral("{6F1D3A94-2C7B-4E58-9B06-D41C7E82A5F3
 // class name.
 const QString kServerName = QStringLiteral("QKOrbelPlayerGuiFrame");
 const QString kStartupFileName = QStringLiteral("playercommand.dat");
-
-const char16_t* Wide(const QString& s)
-{
-    return reinterpret_cast<const char16_t*>(s.utf16());
-}
+// How long a start waits for a player that is ending to let go of the lock.
+constexpr qint64 kTakeOverMs = 20000;
 
 } // namespace
 
@@ -74,20 +74,39 @@ bool CQKPlayerApp::InitInstance()
 
     if (QKPlayerOptions::bOnlyOneInstance) {
         m_hInstanceMutex = std::make_unique<CQKSingleInstance>(kMutexName, kServerName);
-        if (!m_hInstanceMutex->Acquire()) {
-            // Another player runs: wake it and end. The running player brings its window up
-            // and reads the list this start wrote. Nobody answering means the other player is
-            // on its way out; this start then ends silently all the same, and its list stays
-            // on disk for whoever reads it next. Such a start saves no options.
-            m_hInstanceMutex->WakeRunningInstance();
-            m_hInstanceMutex.reset();
-            return false;
+        QElapsedTimer clock;
+        clock.start();
+        while (!m_hInstanceMutex->Acquire()) {
+            // Another player runs: wake it and end once it has read the list this start
+            // wrote. Such a start saves no options.
+            if (m_hInstanceMutex->WakeRunningInstance()) {
+                m_hInstanceMutex.reset();
+                return false;
+            }
+            // Nobody took the list: the other player is on its way out and lets go of the
+            // lock once it has saved its options. This start waits for that and runs the
+            // window itself. A player that holds the lock and never answers (hung) makes
+            // this start end silently after a while, its list left on disk.
+            if (clock.elapsed() > kTakeOverMs) {
+                m_hInstanceMutex.reset();
+                return false;
+            }
+            QThread::msleep(50);
         }
         m_hInstanceMutex->Listen([this] { OnWakeUp(); });
+    } else {
+        m_bReadOwnFiles = true;
     }
 
     // Common controls, the framework's own start, OLE, the shell manager, the registry key
     // and the graphics library need nothing here.
+
+    // A logout (SIGTERM, SIGHUP) or Ctrl+C in a terminal (SIGINT) ends the player the way the
+    // close command does, so the options are saved and the lock goes only after that.
+    QKWatchEndSignals([this] {
+        if (m_pMainWnd && m_pMainWnd->IsWindow())
+            m_pMainWnd->PostMessage(WM_COMMAND, QKCMD_CLOSE, 0);
+    });
 
     // The theme: colours first, then the fonts.
     LoadUIColors();
@@ -99,6 +118,7 @@ bool CQKPlayerApp::InitInstance()
         // The window carries the class name "QKOrbelPlayerGuiFrame" from its creation.
         dlg.DoModal();
         m_pMainWnd = nullptr;
+        QKStopWatchingEndSignals();
         // Options are saved by a player that ran its window, before the lock goes, so that a
         // start that comes at this moment still hands over rather than runs beside us.
         SavePlayerOptions();
@@ -123,13 +143,27 @@ void CQKPlayerApp::OnWakeUp()
 
 void CQKPlayerApp::WriteStartupFiles(const QStringList& args)
 {
-    CQKStartupList::Write(GetStartupFilePath(), args, QCoreApplication::applicationFilePath());
+    m_arrOwnFiles.clear();
+    m_bOwnFilesWritten = CQKStartupList::Write(GetStartupFilePath(), args, QCoreApplication::applicationFilePath(), &m_arrOwnFiles);
 }
 
 void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
 {
     QStringList arrFiles;
-    if (!CQKStartupList::Read(GetStartupFilePath(), arrFiles))
+    bool bRead = false;
+    if (m_bReadOwnFiles) {
+        // A free player's first read: its own list, not what another start wrote since.
+        m_bReadOwnFiles = false;
+        bRead = m_bOwnFilesWritten;
+        arrFiles = m_arrOwnFiles;
+    } else {
+        bRead = CQKStartupList::Read(GetStartupFilePath(), arrFiles);
+    }
+    // The starts that woke us learn that the list was taken (also when it could not be read:
+    // it is the newest one, and nobody else would read it).
+    if (m_hInstanceMutex)
+        m_hInstanceMutex->Acknowledge();
+    if (!bRead)
         return;
     // The queue and the current path are replaced, but a running playback goes on: with an
     // empty list the player forgets which file it plays, and Play then asks for a file.
@@ -139,9 +173,7 @@ void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
         return;
     dlg.m_strMediaPath = dlg.m_arrFiles.first();
     for (;;) {
-        int nReserved = 0;
-        double dReserved = 0.0;
-        if (qkplaydll_GetMediaInfoEx(Wide(dlg.m_strMediaPath), &dlg.m_bHasVideo, &nReserved, &dlg.m_nVideoWidth, &dlg.m_nVideoHeight, &dlg.m_dDuration, &dReserved))
+        if (dlg.LoadMediaInfo())
             break;
         dlg.m_bHasVideo = 0;
         dlg.m_strMediaPath.clear();
@@ -151,7 +183,7 @@ void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
         dlg.m_strMediaPath = dlg.m_arrFiles.first();
     }
     // No message on this way: a list without a playable file just plays nothing.
-    if (dlg.m_strMediaPath.isEmpty() || !QFileInfo(dlg.m_strMediaPath).isFile())
+    if (dlg.m_strMediaPath.isEmpty() || !QKPathIsFile(dlg.m_strMediaPath))
         return;
     dlg.m_bInfoLoaded = 1;
     dlg.OnStop();

@@ -16,7 +16,8 @@
 // Files given on the command line travel through a file, skin/playercommand.dat (the
 // start-up list), which every start writes before it decides its role. The player that runs
 // the window reads it back about 100 ms after its window is up, and again 100 ms after each
-// wake-up by a later start.
+// wake-up by a later start. A free player takes its own list, as it wrote it, instead of the
+// file: another free player started just after it may have replaced the file already.
 #include <QString>
 #include <QStringList>
 #include <memory>
@@ -61,6 +62,11 @@ private:
     void OnWakeUp();
 
     QStringList m_arrCommandLine;
+    // The list this process wrote, and whether the next read takes it instead of the file
+    // (the first read of a free player).
+    QStringList m_arrOwnFiles;
+    bool m_bOwnFilesWritten { false };
+    bool m_bReadOwnFiles { false };
     std::unique_ptr<CQKSingleInstance> m_hInstanceMutex;
     CQKPlayerDlg* m_pMainWnd { nullptr };
 };

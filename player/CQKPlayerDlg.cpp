@@ -26,7 +26,8 @@ CQKPlayerDlg::CQKPlayerDlg()
     m_dwLastMoveTick = QKGetTickCount();
     m_ptLastCursor = GetCursorPos();
     // Every run begins in the default display ratio, whatever the options file says: the
-    // value read from the file is written back at the end but never takes effect.
+    // value read from the file never takes effect, and the run writes 0 at its end unless the
+    // user chose another mode.
     QKPlayerOptions::dr = 0;
 }
 

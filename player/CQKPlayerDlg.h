@@ -72,6 +72,9 @@ public:
     void OnInitDialog();
 
     // Playback (CQKPlayerDlgPlayback.cpp).
+    // Probes the current path into the video flag, size and duration. False when the file
+    // does not play; the fields then keep their values.
+    bool LoadMediaInfo();
     void OnPlayPause();
     void OnStop();
     // The engine reached the end of the file (message 1524).

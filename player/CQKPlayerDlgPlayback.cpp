@@ -19,24 +19,29 @@
 #include "player/CQKPlayerDlg.h"
 
 #include "platform/CQKPlayWnd.h"
+#include "platform/QKFilePath.h"
 #include "platform/QKMessages.h"
 #include "player/QKPlayerOptions.h"
+#include "player/QKWide.h"
 
-#include <QFileInfo>
 #include <chrono>
 #include <cstring>
 
 namespace {
 
-// The engine takes a path of at most this many bytes in UTF-8, its terminator included.
-constexpr size_t kPlayPathBytes = 2048;
-
 bool IsExistingFile(const QString& strPath)
 {
-    return !strPath.isEmpty() && QFileInfo(strPath).isFile();
+    return QKPathIsFile(strPath);
 }
 
 } // namespace
+
+bool CQKPlayerDlg::LoadMediaInfo()
+{
+    int nReserved = 0;
+    double dReserved = 0.0;
+    return qkplaydll_GetMediaInfoEx(QKWide(m_strMediaPath), &m_bHasVideo, &nReserved, &m_nVideoWidth, &m_nVideoHeight, &m_dDuration, &dReserved) != 0;
+}
 
 void CQKPlayerDlg::OnPlayPause()
 {
@@ -56,16 +61,14 @@ void CQKPlayerDlg::OnPlayPause()
     }
 
     if (!m_bInfoLoaded) {
-        int nReserved = 0;
-        double dReserved = 0.0;
-        if (!qkplaydll_GetMediaInfoEx(reinterpret_cast<const char16_t*>(m_strMediaPath.utf16()), &m_bHasVideo, &nReserved, &m_nVideoWidth, &m_nVideoHeight, &m_dDuration, &dReserved)) {
+        if (!LoadMediaInfo()) {
             ShowMediaError();
             return;
         }
     }
     // A path the engine cannot take is refused here, where the user can be told, rather than
     // cut short on the play thread.
-    if (static_cast<size_t>(m_strMediaPath.toUtf8().size()) >= kPlayPathBytes) {
+    if (static_cast<size_t>(QKEncodePath(m_strMediaPath).size()) >= QKPLAY_MAX_PATH) {
         ShowMediaError();
         return;
     }
@@ -113,7 +116,8 @@ void CQKPlayerDlg::StartPlayThread()
     StopAndJoinPlayThread();
     // The thread gets its own copies: the start-up list may replace the path and the video
     // flag on this thread while the play call runs.
-    QByteArray utf8Path = m_strMediaPath.toUtf8();
+    // The name's own bytes, also where they are not valid UTF-8.
+    QByteArray utf8Path = QKEncodePath(m_strMediaPath);
     qkplay_video* pVideo = m_wndPlay ? m_wndPlay->VideoTarget() : nullptr;
     const bool bAudioOnly = !m_bHasVideo;
     m_bPlayThreadDone = false;
@@ -144,7 +148,7 @@ void CQKPlayerDlg::StopAndJoinPlayThread()
 void CQKPlayerDlg::PlayThreadProc(CQKPlayerDlg* pDlg, QByteArray utf8Path, qkplay_video* pVideo, bool bAudioOnly)
 {
     // The engine takes the path in a buffer of fixed size; a longer one was refused before.
-    char szPath[kPlayPathBytes];
+    char szPath[QKPLAY_MAX_PATH];
     std::memset(szPath, 0, sizeof(szPath));
     if (static_cast<size_t>(utf8Path.size()) < sizeof(szPath)) {
         std::memcpy(szPath, utf8Path.constData(), static_cast<size_t>(utf8Path.size()));

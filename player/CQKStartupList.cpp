@@ -1,20 +1,13 @@
 #include "player/CQKStartupList.h"
 
+#include "platform/QKFilePath.h"
+#include "player/QKWide.h"
 #include "services/CQKXmlDocument.h"
 
 #include <QFile>
 #include <QFileInfo>
 
-namespace {
-
-const char16_t* Wide(const QString& s)
-{
-    return reinterpret_cast<const char16_t*>(s.utf16());
-}
-
-} // namespace
-
-bool CQKStartupList::Write(const QString& strPath, const QStringList& args, const QString& strModule)
+bool CQKStartupList::Write(const QString& strPath, const QStringList& args, const QString& strModule, QStringList* pWritten)
 {
     if (QFileInfo::exists(strPath))
         QFile::remove(strPath);
@@ -28,18 +21,25 @@ bool CQKStartupList::Write(const QString& strPath, const QStringList& args, cons
         // file, which then fails as media like any other file that is not.
         if (arg.compare(strModule, Qt::CaseInsensitive) == 0)
             continue;
-        if (arg.isEmpty() || !QFileInfo::exists(arg))
+        if (arg.isEmpty())
+            continue;
+        // A relative path means the working folder of this process, which the player that
+        // reads the list does not share: it goes into the list made absolute.
+        const QString strFile = QKAbsolutePath(arg);
+        if (!QKPathExists(strFile))
             continue;
         CQKXmlNode* pItem = pRoot->AddChild(u"item", CQKXmlNode::kTypeElement);
-        pItem->AddAttribute(u"file", Wide(arg));
+        pItem->AddAttribute(u"file", QKWide(strFile));
+        if (pWritten)
+            pWritten->append(strFile);
     }
-    return doc.SaveFile(Wide(strPath));
+    return doc.SaveFile(QKWide(strPath));
 }
 
 bool CQKStartupList::Read(const QString& strPath, QStringList& arrFiles)
 {
     CQKXmlDocument doc;
-    if (!doc.LoadFile(Wide(strPath)))
+    if (!doc.LoadFile(QKWide(strPath)))
         return false;
     arrFiles = Entries(doc);
     return true;

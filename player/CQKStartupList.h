@@ -3,8 +3,8 @@
 // them, skin/playercommand.dat.
 //
 // The file is a wide XML document with a root `startupfiles` and one `item` per file, whose
-// attribute `file` holds the argument exactly as it stood on the command line (a relative
-// path stays relative). It has no version, time stamp or owner mark, and it stays on disk
+// attribute `file` holds the argument as it stood on the command line, a relative path made
+// absolute against the working folder of the start that wrote it. It has no version, time stamp or owner mark, and it stays on disk
 // after it was read; the next start replaces it.
 #include <QString>
 #include <QStringList>
@@ -18,8 +18,8 @@ public:
     // nothing more happens. Otherwise every argument, the first included, that exists on disk
     // and is not the program's own path strModule (compared without regard to case) becomes
     // an item, in order. The file is written also when no argument was kept. Returns whether
-    // a file was written.
-    static bool Write(const QString& strPath, const QStringList& args, const QString& strModule);
+    // a file was written; pWritten, when given, receives the entries as written.
+    static bool Write(const QString& strPath, const QStringList& args, const QString& strModule, QStringList* pWritten = nullptr);
 
     // Reads the entries of the file at strPath into arrFiles, in order; an item without a
     // `file` attribute gives an empty entry. False, with arrFiles untouched, when the file

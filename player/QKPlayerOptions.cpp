@@ -1,22 +1,14 @@
 #include "player/QKPlayerOptions.h"
 
+#include "player/QKWide.h"
 #include "services/CQKXmlDocument.h"
 
 namespace QKPlayerOptions {
 
-namespace {
-
-const char16_t* Wide(const QString& s)
-{
-    return reinterpret_cast<const char16_t*>(s.utf16());
-}
-
-} // namespace
-
 void Load(const QString& strPath)
 {
     CQKXmlDocument doc;
-    if (doc.LoadFile(Wide(strPath)))
+    if (doc.LoadFile(QKWide(strPath)))
         Apply(doc);
 }
 
@@ -58,7 +50,7 @@ bool Save(const QString& strPath)
     pOptions->AddIntAttribute(u"nYDel", nYDel);
     pOptions->AddIntAttribute(u"nUDel", nUDel);
     pOptions->AddIntAttribute(u"nVDel", nVDel);
-    return doc.SaveFile(Wide(strPath));
+    return doc.SaveFile(QKWide(strPath));
 }
 
 void ResetToDefaults()

@@ -6,8 +6,10 @@
 #include <bit>
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
@@ -365,15 +367,12 @@ bool CQKXmlDocument::SaveFile(const char16_t* pszPath) const
     }
 
     std::string target = QKWideText::ToUtf8(pszPath);
-    // A link to a settings file stays a link: the file it points to is replaced.
+    // A link to a settings file stays a link: the file it points to is replaced, or made when
+    // the link dangles (settings kept in a dotfiles folder before their first save).
+    if (!FollowLinks(target))
+        return false;
     struct stat st
     { };
-    if (::lstat(target.c_str(), &st) == 0 && S_ISLNK(st.st_mode)) {
-        if (char* pszReal = ::realpath(target.c_str(), nullptr)) {
-            target = pszReal;
-            std::free(pszReal);
-        }
-    }
     const bool bExists = ::stat(target.c_str(), &st) == 0;
     // What could not be opened for writing is not replaced either: a folder, a read-only file.
     // Nor is anything that is not a plain file (a device, a pipe), which a rename would destroy.
@@ -422,7 +421,58 @@ bool CQKXmlDocument::SaveFile(const char16_t* pszPath) const
     const int nFolder = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (nFolder >= 0) {
         ::fsync(nFolder);
+        RemoveStaleTemporaries(nFolder, name);
         ::close(nFolder);
     }
     return true;
+}
+
+bool CQKXmlDocument::FollowLinks(std::string& strPath)
+{
+    // As many links in a chain as the system itself follows; a loop cannot be written through.
+    for (int nHop = 0; nHop < 40; ++nHop) {
+        struct stat st
+        { };
+        if (::lstat(strPath.c_str(), &st) != 0 || !S_ISLNK(st.st_mode))
+            return true;
+        std::string link(PATH_MAX, '\0');
+        const ssize_t n = ::readlink(strPath.c_str(), link.data(), link.size());
+        if (n <= 0 || static_cast<size_t>(n) >= link.size())
+            return false;
+        link.resize(static_cast<size_t>(n));
+        // A relative link is read from the folder the link stands in.
+        const size_t nSlash = strPath.rfind('/');
+        if (link[0] != '/' && nSlash != std::string::npos)
+            link = strPath.substr(0, nSlash + 1) + link;
+        strPath = link;
+    }
+    return false;
+}
+
+void CQKXmlDocument::RemoveStaleTemporaries(int nFolder, const std::string& strName)
+{
+    // A run killed between writing and renaming leaves ".<name>.tmp-<pid>-<n>" behind. Such a
+    // file is removed once its process is gone; one of a running process may be its save
+    // under way.
+    const int nDup = ::dup(nFolder);
+    if (nDup < 0)
+        return;
+    DIR* pDir = ::fdopendir(nDup);
+    if (!pDir) {
+        ::close(nDup);
+        return;
+    }
+    const std::string prefix = "." + strName + ".tmp-";
+    while (const dirent* pEntry = ::readdir(pDir)) {
+        const char* pszName = pEntry->d_name;
+        if (std::strncmp(pszName, prefix.c_str(), prefix.size()) != 0)
+            continue;
+        char* pszEnd = nullptr;
+        const long nPid = std::strtol(pszName + prefix.size(), &pszEnd, 10);
+        if (nPid <= 0 || nPid > INT_MAX || !pszEnd || *pszEnd != '-' || nPid == ::getpid())
+            continue;
+        if (::kill(static_cast<pid_t>(nPid), 0) != 0 && errno == ESRCH)
+            ::unlinkat(nFolder, pszName, 0);
+    }
+    ::closedir(pDir);
 }

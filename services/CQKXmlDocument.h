@@ -49,6 +49,11 @@ private:
     bool ParseText(char16_t* pText, size_t nCount);
     // The head of an element (tag body without "<" and ">"); true for a self-closed tag.
     static bool ParseTag(CQKXmlNode* pNode, char16_t* pBody, size_t nLength);
+    // Replaces a path that is a link (or a chain of them) by the name the last link points to,
+    // existing or not. False for a loop or a link that cannot be read.
+    static bool FollowLinks(std::string& strPath);
+    // Removes what saves of strName by processes that have ended left in the open folder.
+    static void RemoveStaleTemporaries(int nFolder, const std::string& strName);
 
     std::unique_ptr<char16_t[]> m_pBuffer;
 };

@@ -82,13 +82,13 @@ QProcessEnvironment PlayerSandbox::Environment() const
     return env;
 }
 
-QProcess* PlayerSandbox::Start(const QStringList& args)
+QProcess* PlayerSandbox::Start(const QStringList& args, const QString& strWorkingDir)
 {
     auto p = std::make_unique<QProcess>();
     p->setProgram(strApp + QStringLiteral("orbel-player"));
     p->setArguments(args);
     p->setProcessEnvironment(Environment());
-    p->setWorkingDirectory(dir.path());
+    p->setWorkingDirectory(strWorkingDir.isEmpty() ? dir.path() : strWorkingDir);
     p->setProcessChannelMode(QProcess::ForwardedChannels);
     p->start();
     p->waitForStarted(5000);

@@ -33,17 +33,18 @@ public:
     // The folder the program writes its two files to (its own skin folder, which is writable).
     QString SkinFolder() const { return strApp + QStringLiteral("skin/"); }
 
-    // Starts the program with these arguments; it keeps running until the test ends it.
-    QProcess* Start(const QStringList& args);
+    // Starts the program with these arguments, in strWorkingDir (the sandbox's root when
+    // empty); it keeps running until the test ends it.
+    QProcess* Start(const QStringList& args, const QString& strWorkingDir = QString());
     // Starts it and waits for it to end; returns its exit code, or -1 if it did not end
     // within nTimeoutMs (it is killed then).
     int RunToEnd(const QStringList& args, int nTimeoutMs = 15000);
     // Waits for a started process to end by itself.
     static bool WaitForEnd(QProcess* pProcess, int nTimeoutMs);
-
-private:
+    // The environment the program is started with (private runtime folder and home).
     QProcessEnvironment Environment() const;
 
+private:
     QTemporaryDir dir;
     QString strApp;
     bool bValid { false };

@@ -12,7 +12,9 @@
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstdio>
 
 using namespace orbeltest;
 
@@ -157,21 +159,83 @@ TEST_F(StartupE2ETest, NonAsciiPathSurvivesTheHandOff)
     EXPECT_TRUE(ReadWideFile(sandbox.SkinFolder() + "playercommand.dat").contains(QStringLiteral("日本語 €.mp4")));
 }
 
-TEST_F(StartupE2ETest, WithSingleInstanceOffTwoPlayersRun)
+TEST_F(StartupE2ETest, RelativePathMeansTheFolderOfTheStartThatGotIt)
+{
+    // The running player works in another folder, where a file of the same name is red.
+    const QString folder = sandbox.Root() + QStringLiteral("/b");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    ASSERT_TRUE(QFile::copy(blue, folder + QStringLiteral("/same.mp4")));
+    ASSERT_TRUE(QFile::copy(red, sandbox.Root() + QStringLiteral("/same.mp4")));
+    const unsigned long w = StartPlaying(green, IsGreen);
+    ASSERT_NE(w, 0u);
+    QProcess* later = sandbox.Start({ QStringLiteral("same.mp4") }, folder);
+    ASSERT_TRUE(PlayerSandbox::WaitForEnd(later, kWindowMs));
+    EXPECT_TRUE(WaitForColour(w, IsBlue)) << "the file of the running player's folder played";
+    EXPECT_TRUE(ReadWideFile(sandbox.SkinFolder() + "playercommand.dat").contains(folder + QStringLiteral("/same.mp4")));
+}
+
+TEST_F(StartupE2ETest, PathLongerThan2048BytesPlays)
+{
+    // Legal on Linux up to 4095 bytes: folders of 200-byte names, about 3000 bytes in all.
+    QString folder = sandbox.Root();
+    while (folder.toUtf8().size() < 2900) {
+        folder += QLatin1Char('/') + QString(200, QLatin1Char('d'));
+        ASSERT_TRUE(QDir().mkpath(folder));
+    }
+    const QString longBlue = folder + QStringLiteral("/blue.mp4");
+    ASSERT_GT(longBlue.toUtf8().size(), 2900);
+    ASSERT_TRUE(QFile::copy(blue, longBlue));
+    const unsigned long w = StartPlaying(green, IsGreen);
+    ASSERT_NE(w, 0u);
+    EXPECT_EQ(sandbox.RunToEnd({ longBlue }), 0);
+    EXPECT_TRUE(WaitForColour(w, IsBlue));
+}
+
+TEST_F(StartupE2ETest, NameThatIsNotUtf8PlaysWithItsBytes)
+{
+    // Linux file names are bytes; this one is Latin-1 ("blå.mp4" from an old archive). A
+    // QString cannot carry it to a process, so the shell hands it over.
+    const QByteArray name = QByteArrayLiteral("bl\xe5.mp4");
+    QFile in(blue);
+    ASSERT_TRUE(in.open(QIODevice::ReadOnly));
+    const QByteArray data = in.readAll();
+    const QByteArray path = QFile::encodeName(sandbox.Root()) + '/' + name;
+    FILE* out = std::fopen(path.constData(), "wb");
+    ASSERT_NE(out, nullptr);
+    ASSERT_EQ(std::fwrite(data.constData(), 1, static_cast<size_t>(data.size()), out), static_cast<size_t>(data.size()));
+    std::fclose(out);
+    const unsigned long w = StartPlaying(green, IsGreen);
+    ASSERT_NE(w, 0u);
+    QProcess later;
+    later.setProcessEnvironment(sandbox.Environment());
+    later.setWorkingDirectory(sandbox.Root());
+    later.setProcessChannelMode(QProcess::ForwardedChannels);
+    later.start(QStringLiteral("/bin/sh"), { QStringLiteral("-c"), QStringLiteral("exec \"$0\" \"$(printf 'bl\\345.mp4')\""), sandbox.AppFolder() + QStringLiteral("orbel-player") });
+    ASSERT_TRUE(later.waitForFinished(kWindowMs));
+    EXPECT_EQ(later.exitCode(), 0);
+    EXPECT_TRUE(WaitForColour(w, IsBlue)) << "the file with a Latin-1 name did not play";
+}
+
+TEST_F(StartupE2ETest, WithSingleInstanceOffTwoPlayersRunEachWithItsOwnFile)
 {
     ASSERT_TRUE(WriteWideFile(sandbox.SkinFolder() + "playeroptions.dat", QStringLiteral("<options bOnlyOneInstance=\"0\" ds=\"1\"/>")));
+    // Started together, the second replaces the list file before the first reads anything.
+    // The clips differ in size, and each window is fitted to the video it plays.
+    const QString bigBlue = TestMedia::SolidColor(QStringLiteral("blue"), kClipSeconds, 640, 480, true);
+    ASSERT_FALSE(bigBlue.isEmpty());
     QProcess* a = sandbox.Start({ red });
-    ASSERT_EQ(screen.WaitForWindows(kClass, 1, kWindowMs).size(), 1u);
-    QProcess* b = sandbox.Start({ blue });
+    QProcess* b = sandbox.Start({ bigBlue });
     const auto windows = screen.WaitForWindows(kClass, 2, kWindowMs);
     ASSERT_EQ(windows.size(), 2u);
+    const auto sizes = [&] {
+        QList<QSize> list { screen.Geometry(windows[0]).size(), screen.Geometry(windows[1]).size() };
+        std::sort(list.begin(), list.end(), [](const QSize& x, const QSize& y) { return x.width() < y.width(); });
+        return list;
+    };
+    EXPECT_TRUE(WaitUntil([&] { return sizes() == QList<QSize> { QSize(330, 322), QSize(650, 562) }; }, kColourMs))
+        << sizes()[0].width() << "x" << sizes()[0].height() << ", " << sizes()[1].width() << "x" << sizes()[1].height();
     EXPECT_EQ(a->state(), QProcess::Running);
     EXPECT_EQ(b->state(), QProcess::Running);
-    // Both read the same list file, so at least the later one plays blue; neither ends.
-    EXPECT_TRUE(WaitUntil([&] {
-        return IsBlue(screen.ColourAt(windows[0], VideoCentre(screen.Geometry(windows[0])))) || IsBlue(screen.ColourAt(windows[1], VideoCentre(screen.Geometry(windows[1]))));
-    },
-        kColourMs));
 }
 
 TEST_F(StartupE2ETest, ManyNearSimultaneousStartsLeaveOnePlayerPlayingAHandedFile)

@@ -3,6 +3,7 @@
 
 #include "support/WideFileText.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -170,6 +171,44 @@ TEST_F(PlayerOptionsTest, SaveWhereNoFileCanBeMadeFailsQuietly)
     EXPECT_FALSE(opt::Save(Path()));
     EXPECT_TRUE(QFileInfo(Path()).isDir());
     EXPECT_EQ(ReadWideFile(dir.filePath(QStringLiteral("plain"))), QStringLiteral("<options/>"));
+}
+
+TEST_F(PlayerOptionsTest, SaveRemovesTemporaryFilesOfEndedRunsOnly)
+{
+    // A run killed between writing and renaming leaves its temporary file behind. Process
+    // numbers above the system's highest one belong to no process; this process is alive.
+    const QString dead1 = dir.filePath(QStringLiteral(".playeroptions.dat.tmp-2147483000-0"));
+    const QString dead2 = dir.filePath(QStringLiteral(".playeroptions.dat.tmp-2147483001-17"));
+    const QString alive = dir.filePath(QStringLiteral(".playeroptions.dat.tmp-%1-99999").arg(QCoreApplication::applicationPid()));
+    const QString other = dir.filePath(QStringLiteral(".usebigfont.dat.tmp-2147483000-0"));
+    for (const QString& f : { dead1, dead2, alive, other })
+        WriteWide(f, QStringLiteral("<options ds=\"2\"/>"));
+    ASSERT_TRUE(opt::Save(Path()));
+    EXPECT_FALSE(QFileInfo::exists(dead1));
+    EXPECT_FALSE(QFileInfo::exists(dead2));
+    // A save of a running process may be under way; another file's leftovers are not ours.
+    EXPECT_TRUE(QFileInfo::exists(alive));
+    EXPECT_TRUE(QFileInfo::exists(other));
+    opt::Load(Path());
+    EXPECT_EQ(opt::ds, 1);
+}
+
+TEST_F(PlayerOptionsTest, SaveWritesThroughALinkEvenWhenItDangles)
+{
+    // Settings kept in a dotfiles folder and linked, with a relative link; the target file
+    // does not exist yet.
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("dotfiles")));
+    const QString target = dir.filePath(QStringLiteral("dotfiles/options.dat"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("dotfiles/options.dat"), Path()));
+    opt::nYDel = 21;
+    ASSERT_TRUE(opt::Save(Path()));
+    EXPECT_TRUE(QFileInfo(Path()).isSymLink());
+    EXPECT_TRUE(ReadWideFile(target).contains(QStringLiteral("nYDel=\"21\"")));
+    // Once the target exists the link is kept as well.
+    opt::nYDel = 22;
+    ASSERT_TRUE(opt::Save(Path()));
+    EXPECT_TRUE(QFileInfo(Path()).isSymLink());
+    EXPECT_TRUE(ReadWideFile(target).contains(QStringLiteral("nYDel=\"22\"")));
 }
 
 } // namespace

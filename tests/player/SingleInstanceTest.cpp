@@ -85,7 +85,10 @@ TEST_F(SingleInstanceTest, WakeUpReachesTheListenerOncePerStart)
     CQKSingleInstance first(kLock, kServer);
     ASSERT_TRUE(first.Acquire());
     int nWakes = 0;
-    ASSERT_TRUE(first.Listen([&] { ++nWakes; }));
+    ASSERT_TRUE(first.Listen([&] {
+        ++nWakes;
+        first.Acknowledge();
+    }));
 
     // The later starts run on other threads, as they would in other processes; the listener
     // answers from this thread's event loop.
@@ -131,7 +134,10 @@ TEST_F(SingleInstanceTest, LateListenerIsStillFound)
     });
     QThread::msleep(200);
     bool bWoken = false;
-    ASSERT_TRUE(first.Listen([&] { bWoken = true; }));
+    ASSERT_TRUE(first.Listen([&] {
+        bWoken = true;
+        first.Acknowledge();
+    }));
     EXPECT_TRUE(WaitFor([&] { return bWoken; }));
     later.join();
     EXPECT_TRUE(bAnswered);
@@ -155,9 +161,15 @@ TEST_F(SingleInstanceTest, LeftoverSocketOfACrashedInstanceIsReplaced)
     ASSERT_TRUE(first.Acquire());
     EXPECT_FALSE(later.WakeRunningInstance(100));
     bool bWoken = false;
-    ASSERT_TRUE(first.Listen([&] { bWoken = true; }));
-    EXPECT_TRUE(later.WakeRunningInstance());
+    ASSERT_TRUE(first.Listen([&] {
+        bWoken = true;
+        first.Acknowledge();
+    }));
+    std::atomic<bool> bAnswered { false };
+    std::thread wake([&] { bAnswered = later.WakeRunningInstance(); });
     EXPECT_TRUE(WaitFor([&] { return bWoken; }));
+    wake.join();
+    EXPECT_TRUE(bAnswered);
 }
 
 TEST(SingleInstanceFolderTest, WithoutRuntimeFolderAPrivateFolderInTmpIsUsed)

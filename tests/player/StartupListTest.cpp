@@ -49,30 +49,31 @@ TEST_F(StartupListTest, KeepsExistingArgumentsAsTypedAndInOrder)
 {
     const QStringList args { Module(), "clip.mp4", "/no/such/file.mkv", dir.filePath("folder"), "", dir.filePath("clip.mp4") };
     ASSERT_TRUE(CQKStartupList::Write(List(), args, Module()));
-    // The program's own path goes, a missing file goes, a relative path stays relative, and a
-    // folder counts as existing (it fails later, as media).
+    // The program's own path goes, a missing file goes, a relative path is made absolute
+    // against the working folder of this start, and a folder counts as existing (it fails
+    // later, as media).
     EXPECT_EQ(orbeltest::ReadWideFile(List()),
         QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n"
                        "<startupfiles>\r\n"
-                       "\t<item file=\"clip.mp4\"/>\r\n"
+                       "\t<item file=\"%2\"/>\r\n"
                        "\t<item file=\"%1\"/>\r\n"
                        "\t<item file=\"%2\"/>\r\n"
                        "</startupfiles>\r\n")
             .arg(dir.filePath("folder"), dir.filePath("clip.mp4")));
     QStringList read;
     ASSERT_TRUE(CQKStartupList::Read(List(), read));
-    EXPECT_EQ(read, (QStringList { "clip.mp4", dir.filePath("folder"), dir.filePath("clip.mp4") }));
+    EXPECT_EQ(read, (QStringList { dir.filePath("clip.mp4"), dir.filePath("folder"), dir.filePath("clip.mp4") }));
 }
 
 TEST_F(StartupListTest, OwnPathIsComparedWithoutCaseButOnlyAsAWholePath)
 {
     // Started by a relative name, the program's own file is an existing argument like any
-    // other, and it is listed.
+    // other, and it is listed (made absolute): the comparison is with the name as typed.
     const QString upper = dir.path() + "/ORBEL-PLAYER";
     ASSERT_TRUE(CQKStartupList::Write(List(), { upper, "orbel-player", Module() }, Module()));
     QStringList read;
     ASSERT_TRUE(CQKStartupList::Read(List(), read));
-    EXPECT_EQ(read, QStringList { "orbel-player" });
+    EXPECT_EQ(read, QStringList { Module() });
 }
 
 TEST_F(StartupListTest, EveryStartReplacesTheOldList)
