@@ -42,7 +42,7 @@ public:
         CQKHostCreate create;
         create.strClassName = QStringLiteral("OrbelFacesDemo");
         create.strTitle = QStringLiteral("Orbel panel faces");
-        create.rcWindow = QRect(120, 380, 600, 230);
+        create.rcWindow = QRect(580, 380, 600, 230);
         if (!Create(create))
             return false;
         for (size_t i = 0; i < std::size(kPanel); ++i) {

@@ -120,7 +120,7 @@ private:
         p->SetHoverFrame(true);
     }
 
-    QString strStatus { QStringLiteral("Hover, press and click the buttons.") };
+    QString strStatus { QStringLiteral("Hover, press and click.") };
     bool bFacesEnabled { true };
 };
 
