@@ -120,8 +120,9 @@ private:
     // Maximise and restore of our own (CQKPlayerDlgFrame.cpp); other commands go to the
     // default handling.
     intptr_t OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lParam);
-    // One mouse move of a grip drag.
+    // One mouse move of a grip drag, and of a press on the title strip.
     void DragResizeWindow(QPoint ptClient);
+    void OnTitleDrag(QPoint pt);
     // Starts the play thread on m_strMediaPath.
     void StartPlayThread();
     // qkplaydll_Stop, then waits without limit for the play thread to end.
@@ -159,8 +160,9 @@ public:
     int32_t m_nHitZone { 0 };
     int32_t m_bResizing { 0 };
     QPoint m_ptResizeStart; // screen pixels: the drag's anchor
-    // A move by the title strip that the program does itself, where no window manager takes
-    // it: the grab point in client pixels.
+    // A press on the title strip, and the move that the program does itself where no window
+    // manager takes it: the grab point in client pixels.
+    int32_t m_bTitleDrag { 0 };
     int32_t m_bMovingSelf { 0 };
     QPoint m_ptMoveGrab;
     // Where the window stood before it was maximised.

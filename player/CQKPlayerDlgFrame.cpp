@@ -7,9 +7,9 @@
 //
 //   press on                       | what starts
 //   -------------------------------+---------------------------------------------------------
-//   title strip, no control, no    | a move: the window system's (StartSystemMove); where no
-//   grip, normal window            | window manager takes it, the window follows the pointer
-//                                  | itself under a capture
+//   title strip, no control, no    | a move once the pointer has gone 3 pixels: the window
+//   grip, normal window            | system's (StartSystemMove); where no window manager
+//                                  | takes it, the window follows the pointer itself
 //   a grip (normal window only)    | a resize: the grip arithmetic under a capture where the
 //                                  | program may place its windows, else the system's resize
 //   anything else                  | the press goes to the controls
@@ -150,13 +150,12 @@ void CQKPlayerDlg::OnLeftButtonDown(QPoint pt, uint32_t keys)
     // The grip under a press is the one a move to the press's point would show.
     OnSetCursor(pt);
     if (QKFrameGrips::InTitleStrip(pt) && !IsOverTitleControl(pt) && m_nHitZone == 0 && !m_bFullScreen && !m_bMaximized) {
-        // A window manager moves the window itself; without one, the window follows the
-        // pointer here.
-        if (!StartSystemMove() && CanPlaceWindows()) {
-            m_bMovingSelf = 1;
-            m_ptMoveGrab = pt;
-            SetCapture();
-        }
+        // The move starts with the first moves of the held button, not with the press: a
+        // window manager that took the pointer at the press would swallow the release, and
+        // with it the double click that maximises.
+        m_bTitleDrag = 1;
+        m_ptMoveGrab = pt;
+        SetCapture();
         return;
     }
     if (m_nHitZone >= 1 && m_nHitZone <= 8) {
@@ -177,18 +176,17 @@ void CQKPlayerDlg::OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys)
 {
     switch (msg) {
     case WM_MOUSEMOVE:
-        if (m_bMovingSelf) {
-            const QPoint ptScreen = ClientToScreen(pt);
-            const QRect wr = GetWindowRect();
-            MoveWindow(ptScreen.x() - m_ptMoveGrab.x(), ptScreen.y() - m_ptMoveGrab.y(), wr.width(), wr.height(), false);
+        if (m_bTitleDrag) {
+            OnTitleDrag(pt);
             return;
         }
         if (m_bResizing)
             DragResizeWindow(pt);
         break;
     case WM_LBUTTONUP:
-        if (m_bResizing || m_bMovingSelf) {
+        if (m_bResizing || m_bTitleDrag) {
             m_bResizing = 0;
+            m_bTitleDrag = 0;
             m_bMovingSelf = 0;
             ReleaseCapture();
             return;
@@ -206,6 +204,25 @@ void CQKPlayerDlg::OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys)
         break;
     }
     CQKUIHostWnd::OnMouseMessage(msg, pt, keys);
+}
+
+void CQKPlayerDlg::OnTitleDrag(QPoint pt)
+{
+    if (!m_bMovingSelf) {
+        if ((pt - m_ptMoveGrab).manhattanLength() < QKFrameGrips::kMoveStartDistance)
+            return;
+        // A window manager or compositor moves the window itself; without one, the window
+        // follows the pointer here.
+        if (StartSystemMove() || !CanPlaceWindows()) {
+            m_bTitleDrag = 0;
+            ReleaseCapture();
+            return;
+        }
+        m_bMovingSelf = 1;
+    }
+    const QPoint ptScreen = ClientToScreen(pt);
+    const QRect wr = GetWindowRect();
+    MoveWindow(ptScreen.x() - m_ptMoveGrab.x(), ptScreen.y() - m_ptMoveGrab.y(), wr.width(), wr.height(), false);
 }
 
 void CQKPlayerDlg::DragResizeWindow(QPoint ptClient)

@@ -29,6 +29,9 @@ namespace QKFrameGrips {
 // take double clicks.
 inline constexpr int kTitleHeight = 30;
 inline constexpr int kTitleButtonsWidth = 76;
+// A press on the title strip becomes a move when the pointer has gone this far (in the sum of
+// both directions), so that the small jitter of a double click moves nothing.
+inline constexpr int kMoveStartDistance = 3;
 // The smallest window that a grip drag makes: a 320 by 240 video area and the frame.
 inline constexpr int kMinWidth = 330;
 inline constexpr int kMinHeight = 322;
