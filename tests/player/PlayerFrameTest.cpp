@@ -2,6 +2,7 @@
 // strip, and maximising by a double click on the title strip.
 #include "PlayerFixture.h"
 #include "player/CQKPlayerDlg.h"
+#include "support/GlDriver.h"
 #include "support/HostDriver.h"
 #include "support/TestPaths.h"
 #include "toolkit/QKTheme.h"
@@ -21,6 +22,8 @@
 using orbeltest::HostDriver;
 
 namespace {
+
+const bool bDriverPinned = orbeltest::KeepGlDriverMapped();
 
 bool Near(QRgb a, QRgb b, int tol = 3)
 {
