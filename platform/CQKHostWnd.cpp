@@ -621,6 +621,14 @@ QRect CQKHostWnd::GetScreenRect() const
     return s ? s->geometry() : QRect();
 }
 
+QRect CQKHostWnd::GetWorkArea() const
+{
+    QScreen* s = pWidget ? pWidget->screen() : nullptr;
+    if (!s)
+        s = QGuiApplication::primaryScreen();
+    return s ? s->availableGeometry() : QRect();
+}
+
 // --- painting --------------------------------------------------------------------------------
 
 void CQKHostWnd::InvalidateRect(const QRect* pRect)

@@ -223,6 +223,9 @@ public:
     static QRect GetPrimaryScreenRect();
     // The whole rectangle of the screen that holds the centre of this window.
     QRect GetScreenRect() const;
+    // The same screen's work area: its rectangle less the desktop's panels. A maximised
+    // window of our own fills it.
+    QRect GetWorkArea() const;
 
     // --- painting -----------------------------------------------------------------------
     // Marks a client rectangle (null: all) as needing pixels; OnPaint() follows later.

@@ -75,6 +75,8 @@ void CQKPlayerDlg::OnInitDialog()
     ComputeVideoRect();
     if (pUIManager)
         pUIManager->LoadSkin(this);
+    // The pictures are made once; the audio-only note of the video area is among them.
+    m_faces.CreateFaces(pUIManager.get());
     g_clrToolTipText = g_clrText;
     // The controls and their layout come with the panel.
     SetWindowText(QString::fromUtf16(kTitle));
@@ -93,6 +95,8 @@ intptr_t CQKPlayerDlg::OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam
     case QKM_PLAYEND:
         OnPlayEnd();
         return 0;
+    case WM_SYSCOMMAND:
+        return OnSysCommand(static_cast<uint32_t>(wParam & 0xFFF0), wParam, lParam);
     case QKM_WAKEUP:
         // The later start saved its list before it woke us; read it a little later, as the
         // first reading after start-up does.
@@ -159,10 +163,7 @@ void CQKPlayerDlg::OnLayout(int, int)
 
 void CQKPlayerDlg::OnPaintBackground(CQKGraphics* pGraphics)
 {
-    // The ground of the window, and the video area in black: the picture's bars are what the
-    // video surface leaves uncovered. The frame and the title come with the frame painting.
-    pGraphics->Clear(QKColorFromBGR(g_clrFace));
-    pGraphics->FillRectangle(tagQKBrush::Solid(0xFF000000), m_rcVideo.x(), m_rcVideo.y(), m_rcVideo.width(), m_rcVideo.height());
+    PaintFrame(pGraphics);
 }
 
 void CQKPlayerDlg::OnClose()

@@ -8,6 +8,8 @@
 //                             timers, keys and the end of the window
 //   CQKPlayerDlgPlayback.cpp  play, pause, stop, the play thread and the end of media
 //   CQKPlayerDlgVideo.cpp     the video area, display ratio and window size modes
+//   CQKPlayerDlgFrame.cpp     the hand-made frame: its painting, moving by the title strip,
+//                             the resize grips, and maximising to the work area
 //
 // Whether something plays is asked of the engine each time; the window keeps only what the
 // engine cannot tell (the queue, the current path and the facts of the current file).
@@ -17,9 +19,12 @@
 // GUI thread may change them at any time; OnStop joins it, and it never waits for the GUI
 // thread.
 #include "engine/qkplay.h"
+#include "player/CQKPlayerFaces.h"
 #include "toolkit/CQKUIHostWnd.h"
 
 #include <QByteArray>
+#include <QImage>
+#include <QPoint>
 #include <QRect>
 #include <QString>
 #include <QStringList>
@@ -28,6 +33,7 @@
 #include <memory>
 #include <thread>
 
+class CQKGraphics;
 class CQKPlayWnd;
 
 // Commands of the main window (WM_COMMAND ids).
@@ -88,6 +94,14 @@ public:
     void ResizeToVideo(double dScale);
     void ApplyWindowSizeMode();
 
+    // The frame (CQKPlayerDlgFrame.cpp): ground, title icon and caption, outline, the video
+    // area in black with its border, and the audio-only picture.
+    void PaintFrame(CQKGraphics* pGraphics);
+    // The pointer is over one of the title strip's buttons, or over a control of the panel
+    // below the video area.
+    bool IsOverTitleControl(QPoint pt) const;
+    bool IsOverBarControl(QPoint pt) const;
+
     // Ends the program the way every close command does.
     void OnCancel();
 
@@ -99,9 +113,19 @@ protected:
     void OnLayout(int w, int h) override;
     void OnClose() override;
     void OnDestroy() override;
+    // The frame's mouse handling (CQKPlayerDlgFrame.cpp).
+    bool OnSetCursor(QPoint pt) override;
+    void OnLeftButtonDown(QPoint pt, uint32_t keys) override;
+    void OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys) override;
 
 private:
     void OnCommand(uint32_t nCmd);
+    // Maximise and restore of our own (CQKPlayerDlgFrame.cpp); other commands go to the
+    // default handling.
+    intptr_t OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lParam);
+    // One mouse move of a grip drag, and of a press on the title strip.
+    void DragResizeWindow(QPoint ptClient);
+    void OnTitleDrag(QPoint pt);
     // Starts the play thread on m_strMediaPath.
     void StartPlayThread();
     // qkplaydll_Stop, then waits without limit for the play thread to end.
@@ -134,8 +158,25 @@ public:
     QPoint m_ptLastCursor;
     int32_t m_bHasTaskbarList { 0 };
 
+    // State of the frame. The grip under the pointer is found anew on each move, so it is 0
+    // while maximised, in full screen and while another capture runs.
+    int32_t m_nHitZone { 0 };
+    int32_t m_bResizing { 0 };
+    QPoint m_ptResizeStart; // screen pixels: the drag's anchor
+    // A press on the title strip, and the move that the program does itself where no window
+    // manager takes it: the grab point in client pixels.
+    int32_t m_bTitleDrag { 0 };
+    int32_t m_bMovingSelf { 0 };
+    QPoint m_ptMoveGrab;
+    // Where the window stood before it was maximised.
+    QRect m_rcRestore;
+    // The panel's pictures, among them the audio-only note.
+    CQKPlayerFaces m_faces;
+
 private:
     std::unique_ptr<CQKPlayWnd> m_wndPlay;
+    // The title icon, read at the first paint; stays null-sized when the file is missing.
+    std::unique_ptr<QImage> m_pAppIconBitmap;
     std::unique_ptr<std::thread> m_hPlayThread;
     // Set by the play thread as its last act.
     std::atomic<bool> m_bPlayThreadDone { true };

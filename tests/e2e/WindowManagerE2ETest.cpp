@@ -5,6 +5,7 @@
 #include "support/TestMedia.h"
 
 #include <QProcess>
+#include <QThread>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <iostream>
@@ -149,6 +150,40 @@ TEST_F(WindowManagerE2ETest, SecondStartRestoresAMinimisedPlayerAndPlaysItsFile)
     EXPECT_TRUE(WaitUntil([&] { return WindowState(w) == 1; }, kWaitMs)) << "the minimised player was not restored";
     EXPECT_NE(WaitForColour(IsBlue, "window-manager-hand-off"), 0u) << "the restored player does not play the handed file";
     EXPECT_EQ(pFirst->state(), QProcess::Running);
+}
+
+TEST_F(WindowManagerE2ETest, TitleStripMovesTheWindowAndADoubleClickMaximisesAndRestores)
+{
+    const QString red = TestMedia::SolidColor(QStringLiteral("red"), 60.0, 64, 48, true);
+    ASSERT_FALSE(red.isEmpty());
+    sandbox.Start({ red });
+    const unsigned long w = WaitForColour(IsRed, "window-manager-frame");
+    ASSERT_NE(w, 0u);
+    const QRect rc = screen.Geometry(w);
+    auto xdo = [](std::initializer_list<QString> args) { ASSERT_TRUE(XdoTool(QStringList(args))); };
+    auto at = [](QPoint pt) { return QStringList { QStringLiteral("mousemove"), QString::number(pt.x()), QString::number(pt.y()) }; };
+    // A drag on the title strip, in small steps as a hand makes it: the window manager moves
+    // the window with the pointer, from where the pointer was when it took the move.
+    const QPoint grab = rc.topLeft() + QPoint(100, 15);
+    ASSERT_TRUE(XdoTool(at(grab)));
+    xdo({ QStringLiteral("mousedown"), QStringLiteral("1") });
+    for (int i = 1; i <= 40; ++i) {
+        ASSERT_TRUE(XdoTool(at(grab + QPoint(i * 2, i))));
+        // The window manager takes the move a moment after the pointer first went.
+        if (i == 2)
+            QThread::msleep(500);
+    }
+    xdo({ QStringLiteral("mouseup"), QStringLiteral("1") });
+    EXPECT_TRUE(WaitUntil([&] { return (screen.Geometry(w).topLeft() - rc.topLeft() - QPoint(80, 40)).manhattanLength() <= 6; }, kWaitMs))
+        << "window at " << screen.Geometry(w).x() << "," << screen.Geometry(w).y() << ", was at " << rc.x() << "," << rc.y();
+    // A double click on the title strip fills the screen (no panels here); another restores.
+    const QRect moved = screen.Geometry(w);
+    ASSERT_TRUE(XdoTool(at(moved.topLeft() + QPoint(50, 15))));
+    xdo({ QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"), QStringLiteral("80"), QStringLiteral("1") });
+    EXPECT_TRUE(WaitUntil([&] { return screen.Geometry(w) == QRect(QPoint(0, 0), screen.ScreenSize()); }, kWaitMs)) << "not maximised";
+    ASSERT_TRUE(XdoTool(at(QPoint(50, 15))));
+    xdo({ QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"), QStringLiteral("80"), QStringLiteral("1") });
+    EXPECT_TRUE(WaitUntil([&] { return screen.Geometry(w) == moved; }, kWaitMs)) << "not restored";
 }
 
 } // namespace
