@@ -9,6 +9,7 @@
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 #include <atomic>
@@ -197,6 +198,10 @@ bool CQKPlayWnd::Create(QWidget* pParent)
     pImpl->pContainer->setAttribute(Qt::WA_TransparentForMouseEvents);
     pImpl->pContainer->setGeometry(0, 0, 0, 0);
     pImpl->pContainer->hide();
+    // The library's render context takes a while to make (shaders are built, on a software
+    // driver by the CPU). It is made as soon as the event loop runs, while the main window
+    // comes up, rather than when the first file plays.
+    QTimer::singleShot(0, pWindow, [pWindow] { pWindow->Attach(); });
     return true;
 }
 

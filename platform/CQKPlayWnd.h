@@ -45,8 +45,8 @@ public:
 
     // Places the surface in its parent's client pixels, with a repaint.
     void MoveWindow(int nX, int nY, int nWidth, int nHeight);
-    // Showing the surface the first time makes its native window and OpenGL context and
-    // attaches it to the library at once, so a play started right after it draws into it.
+    // The surface attaches to the library once the event loop runs after Create, or at the
+    // latest when it is first shown, so a play started right after showing it draws into it.
     void Show(bool bShow);
     bool IsVisible() const;
 
