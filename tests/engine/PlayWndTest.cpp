@@ -193,6 +193,35 @@ TEST_F(PlayWndTest, ShowsTheColourOfTheClip)
     EXPECT_TRUE(WaitForPicture(Centre({ 0, 0, 0 })));
 }
 
+TEST_F(PlayWndTest, WindowsOfTheProgramShowAboveThePicture)
+{
+    // Menus, tips, dialogs and bars are top-level windows; one over the video hides its part
+    // of the picture and nothing else.
+    ShowSurface();
+    PlaySession session;
+    session.Start(TestMedia::Utf8(TestMedia::SolidColor("red", 3.0)), surface.VideoTarget());
+    ASSERT_TRUE(WaitForPicture(Centre({ 255, 0, 0 })));
+    struct
+    {
+        const char* pszKind;
+        uint32_t nStyle;
+    } kinds[] = { { "tool window", QKHS_FRAMELESS | QKHS_TOOL }, { "tip", QKHS_FRAMELESS | QKHS_TIPWINDOW } };
+    for (const auto& kind : kinds) {
+        SCOPED_TRACE(kind.pszKind);
+        HostRecorder over;
+        over.clrFill = 0xFF10E010; // green
+        const QPoint ptSurface = host.NativeWidget()->mapToGlobal(kSurfaceRect.topLeft());
+        ASSERT_TRUE(over.CreateShown(QRect(ptSurface + QPoint(40, 30), QSize(60, 40)), kind.nStyle));
+        const QRect rcOver(kSurfaceRect.topLeft() + QPoint(40, 30), QSize(60, 40));
+        EXPECT_TRUE(WaitForPicture(Centre({ 0x10, 0xE0, 0x10 }), rcOver)) << Text(PixelAt(Grab(rcOver), 0.5, 0.5));
+        // The picture goes on around it.
+        EXPECT_TRUE(IsColor(PixelAt(Grab(), 0.05, 0.05), { 255, 0, 0 })) << Text(PixelAt(Grab(), 0.05, 0.05));
+        over.DestroyWindow();
+    }
+    qkplaydll_Stop();
+    EXPECT_TRUE(session.Join());
+}
+
 TEST_F(PlayWndTest, PictureIsUprightAndFillsTheSurface)
 {
     // Red above blue, in a surface of the clip's own aspect ratio.
