@@ -61,6 +61,8 @@ struct Options
     int nPlayRuns { 5 };
     std::vector<std::string> players { "ours", "mpv", "mpv-gl", "vlc", "vlc-dummy" };
     std::string strAppDir;
+    // A second build of ours to measure beside the first in the same run (--base).
+    std::string strBaseDir;
     std::string strVlcUser { "nobody" };
     std::string strLogDir;
 };
@@ -176,6 +178,8 @@ struct Player
     std::string strName;
     std::string strProgram;
     std::vector<std::string> args;
+    // Ours: the folder the private copy is made from.
+    std::string strAppDir;
     bool bOwnCopy { false };
     bool bOtherUser { false };
     uid_t uid { 0 };
@@ -187,8 +191,9 @@ struct Player
 class Sandbox
 {
 public:
-    Sandbox(const Player& player, const std::string& strAppDir)
+    explicit Sandbox(const Player& player)
     {
+        const std::string& strAppDir = player.strAppDir;
         char szTemplate[4096];
         std::snprintf(szTemplate, sizeof szTemplate, "%s/orbel-bench-startup-XXXXXX", TempRoot().c_str());
         if (!mkdtemp(szTemplate))
@@ -533,7 +538,7 @@ std::string LogPath(const Options& opt, const Player& player, const char* pszKin
 // request and the time until the process has ended.
 void StartRun(const Options& opt, const RootWatcher& screen, const Player& player, const Clips& clips, int nRun, Figures& fig)
 {
-    Sandbox box(player, opt.strAppDir);
+    Sandbox box(player);
     if (!box.IsValid()) {
         ++fig.nStartFailures;
         return;
@@ -572,7 +577,7 @@ void StartRun(const Options& opt, const RootWatcher& screen, const Player& playe
 void PlayRun(const Options& opt, const RootWatcher& screen, const Player& player, const Clips& clips, int nRun, pid_t xserver,
     Figures& fig)
 {
-    Sandbox box(player, opt.strAppDir);
+    Sandbox box(player);
     if (!box.IsValid()) {
         ++fig.nPlayFailures;
         return;
@@ -684,10 +689,12 @@ std::string OwnFolder()
 void Usage()
 {
     std::fprintf(stderr,
-        "usage: bench_startup [--runs N] [--play-runs N] [--players ours,mpv,mpv-gl,vlc,vlc-dummy] [--app DIR] [--vlc-user USER]\n"
+        "usage: bench_startup [--runs N] [--play-runs N] [--players ours,mpv,mpv-gl,vlc,vlc-dummy] [--app DIR] [--base DIR]\n"
+        "                     [--vlc-user USER]\n"
         "  --runs       starts with the red clip per player (default 10)\n"
         "  --play-runs  starts with the playing clip per player (default 5; 0 skips memory and CPU)\n"
         "  --app        folder with orbel-player, libqkplay.so and skin/ (default: this program's folder)\n"
+        "  --base       such a folder of another build, measured beside ours in the same run (player key ours-base)\n"
         "  --vlc-user   the user VLC runs as, since it refuses to run as root (default nobody)\n");
 }
 
@@ -705,6 +712,8 @@ bool ParseOptions(int argc, char** argv, Options& opt)
             opt.nPlayRuns = std::max(0, std::atoi(pszValue));
         else if (strArg == "--app")
             opt.strAppDir = pszValue;
+        else if (strArg == "--base")
+            opt.strBaseDir = pszValue;
         else if (strArg == "--vlc-user")
             opt.strVlcUser = pszValue;
         else if (strArg == "--players") {
@@ -717,6 +726,11 @@ bool ParseOptions(int argc, char** argv, Options& opt)
             return false;
         ++i;
     }
+    // A base build is measured right after ours unless the list places it.
+    if (!opt.strBaseDir.empty() && std::find(opt.players.begin(), opt.players.end(), "ours-base") == opt.players.end()) {
+        auto it = std::find(opt.players.begin(), opt.players.end(), "ours");
+        opt.players.insert(it == opt.players.end() ? opt.players.begin() : it + 1, "ours-base");
+    }
     return true;
 }
 
@@ -728,9 +742,15 @@ std::vector<Player> FindPlayers(const Options& opt)
     for (const std::string& strKey : opt.players) {
         Player p;
         p.strKey = strKey;
-        if (strKey == "ours") {
-            p.strName = "Orbel Player";
-            p.strProgram = opt.strAppDir + "/orbel-player";
+        if (strKey == "ours" || strKey == "ours-base") {
+            const bool bBase = strKey == "ours-base";
+            if (bBase && opt.strBaseDir.empty()) {
+                std::fprintf(stderr, "ours-base left out: no --base folder\n");
+                continue;
+            }
+            p.strName = bBase ? "Orbel Player, base build" : "Orbel Player";
+            p.strAppDir = bBase ? opt.strBaseDir : opt.strAppDir;
+            p.strProgram = p.strAppDir + "/orbel-player";
             p.bOwnCopy = true;
         } else if (strKey == "mpv") {
             // What a user gets without a configuration file.

@@ -478,6 +478,13 @@ bool CQKEngine::RenderVideo(qkplay_video* pVideo, int nFbo, int nWidth, int nHei
     return mpv_render_context_render(pContext, params) >= 0;
 }
 
+void CQKEngine::ReportVideoSwap(qkplay_video* pVideo)
+{
+    // Like RenderVideo, on the surface's thread, so the context cannot go meanwhile.
+    if (pVideo && pVideo->priv)
+        mpv_render_context_report_swap(static_cast<mpv_render_context*>(pVideo->priv));
+}
+
 void CQKEngine::DetachVideo(qkplay_video* pVideo)
 {
     mpv_render_context* pContext = nullptr;
@@ -489,6 +496,21 @@ void CQKEngine::DetachVideo(qkplay_video* pVideo)
         pRender = nullptr;
         pAttached = nullptr;
         pVideo->priv = nullptr;
+    }
+    // The free waits until libmpv's video output has let go of the context. An output that
+    // has just handed over a frame waits up to about 200 ms for it to be drawn and shown,
+    // which nobody does any more; so a frame that is waiting is taken here first, into a
+    // single pixel of the current framebuffer, without waiting for its time.
+    mpv_opengl_fbo fbo { 0, 1, 1, 0 };
+    int nNoWait = 0;
+    mpv_render_param params[] = {
+        { MPV_RENDER_PARAM_OPENGL_FBO, &fbo },
+        { MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &nNoWait },
+        { MPV_RENDER_PARAM_INVALID, nullptr },
+    };
+    if (mpv_render_context_update(pContext) & MPV_RENDER_UPDATE_FRAME) {
+        mpv_render_context_render(pContext, params);
+        mpv_render_context_report_swap(pContext);
     }
     mpv_render_context_free(pContext);
 }

@@ -49,6 +49,7 @@ public:
 
     bool AttachVideo(qkplay_video* pVideo);
     bool RenderVideo(qkplay_video* pVideo, int nFbo, int nWidth, int nHeight);
+    void ReportVideoSwap(qkplay_video* pVideo);
     void DetachVideo(qkplay_video* pVideo);
 
     // A copy of a property's text, allocated with malloc; null when unavailable.

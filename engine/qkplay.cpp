@@ -121,6 +121,11 @@ QKPLAY_API int qkplay_video_render(qkplay_video* video, int fbo, int width, int 
     return CQKEngine::Instance().RenderVideo(video, fbo, width, height) ? 1 : 0;
 }
 
+QKPLAY_API void qkplay_video_swapped(qkplay_video* video)
+{
+    CQKEngine::Instance().ReportVideoSwap(video);
+}
+
 QKPLAY_API void qkplay_video_detach(qkplay_video* video)
 {
     CQKEngine::Instance().DetachVideo(video);

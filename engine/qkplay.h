@@ -221,6 +221,8 @@ QKPLAY_API void qkplaydll_AdjustColor(int nY, int nU, int nV);
  *     called from a library thread at any time, until qkplay_video_detach returns.
  *  2. On each repaint, context current: qkplay_video_render(video, fbo, width, height) draws
  *     the latest frame scaled into the framebuffer object fbo (0 is the default framebuffer).
+ *     A surface that draws into a window's own buffers calls qkplay_video_swapped(video) each
+ *     time it has swapped them, so that the library times the next frames by the display.
  *  3. Before the context is destroyed, context current: qkplay_video_detach(video). A file
  *     that plays goes on without a picture.
  *
@@ -238,6 +240,10 @@ QKPLAY_API int qkplay_video_attach(qkplay_video* video);
 /* Draws the latest frame into fbo, of width by height pixels. The picture keeps its aspect
  * ratio and is centred on black. Result 1 when drawn, 0 when the surface is not attached. */
 QKPLAY_API int qkplay_video_render(qkplay_video* video, int fbo, int width, int height);
+
+/* Tells the library that the frame just rendered is now on the screen (after the buffer swap).
+ * Nothing when the surface is not attached. */
+QKPLAY_API void qkplay_video_swapped(qkplay_video* video);
 
 /* Detaches a surface; does nothing for a surface that is not attached. */
 QKPLAY_API void qkplay_video_detach(qkplay_video* video);

@@ -1,27 +1,37 @@
 // The video surface under a real X server (Xvfb, Mesa's software OpenGL): frames of the
-// playback library reach its framebuffer, upright and in their colours, and it is black
-// while nothing plays.
+// playback library reach the screen, upright and in their colours, in a native window of the
+// surface's own; it is black while nothing plays and lets clicks through to the main window.
 #include "PlaySession.h"
 #include "engine/qkplay.h"
 #include "platform/CQKPlayWnd.h"
+#include "platform/QKMessages.h"
 #include "support/GlDriver.h"
+#include "support/HostDriver.h"
+#include "support/HostRecorder.h"
 #include "support/TestMedia.h"
 
-#include <QApplication>
-#include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QImage>
-#include <QOpenGLWidget>
+#include <QPixmap>
+#include <QProcess>
+#include <QScreen>
 #include <QWidget>
+#include <QWindow>
 #include <functional>
 #include <gtest/gtest.h>
 
-using namespace std::chrono_literals;
+using orbeltest::HostDriver;
+using orbeltest::HostRecorder;
 using orbeltest::PlaySession;
 using orbeltest::TestMedia;
 
 namespace {
 
 const bool bDriverPinned = orbeltest::KeepGlDriverMapped();
+
+// Where the host window lies on the screen, and the surface in it.
+const QRect kHostRect(100, 100, 320, 240);
+const QRect kSurfaceRect(20, 10, 160, 120);
 
 struct Rgb
 {
@@ -49,9 +59,10 @@ class PlayWndTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        host.resize(320, 240);
-        host.setStyleSheet("background: rgb(40, 200, 40)"); // green, so the surface stands out
-        host.show();
+        if (QGuiApplication::platformName() != QLatin1String("xcb"))
+            GTEST_SKIP() << "needs an X server";
+        ASSERT_TRUE(host.CreateShown(kHostRect));
+        ASSERT_TRUE(HostDriver::WaitFor([&] { return host.NativeWidget()->geometry().topLeft() == kHostRect.topLeft(); }));
         ASSERT_TRUE(surface.Create(&host));
     }
 
@@ -61,29 +72,32 @@ protected:
         surface.Destroy();
     }
 
-    QImage Grab() { return static_cast<QOpenGLWidget*>(surface.NativeWidget())->grabFramebuffer(); }
-
-    // Runs the event loop until the grabbed picture passes the check, or for 4 seconds.
-    bool WaitForPicture(const std::function<bool(const QImage&)>& check)
+    // What the screen shows where the surface lies: the pixels a person sees.
+    QImage Grab(QRect rc = kSurfaceRect)
     {
-        QElapsedTimer timer;
-        timer.start();
-        while (timer.elapsed() < 4000) {
-            QApplication::processEvents(QEventLoop::AllEvents, 20);
-            if (check(Grab()))
-                return true;
-        }
-        return false;
+        QPoint pt = host.NativeWidget()->mapToGlobal(rc.topLeft());
+        return QGuiApplication::primaryScreen()->grabWindow(0, pt.x(), pt.y(), rc.width(), rc.height()).toImage();
     }
 
-    void ShowSurface()
+    // Runs the event loop until the screen passes the check, or for 4 seconds.
+    bool WaitForPicture(const std::function<bool(const QImage&)>& check, QRect rc = kSurfaceRect)
     {
-        surface.MoveWindow(20, 10, 160, 120);
+        return HostDriver::WaitFor([&] { return check(Grab(rc)); }, 4000);
+    }
+
+    void ShowSurface(QRect rc = kSurfaceRect)
+    {
+        surface.MoveWindow(rc.x(), rc.y(), rc.width(), rc.height());
         surface.Show(true);
-        QApplication::processEvents();
+        HostDriver::Pump();
     }
 
-    QWidget host;
+    static std::function<bool(const QImage&)> Centre(Rgb want)
+    {
+        return [want](const QImage& image) { return IsColor(PixelAt(image, 0.5, 0.5), want); };
+    }
+
+    HostRecorder host;
     CQKPlayWnd surface;
 };
 
@@ -96,13 +110,67 @@ TEST_F(PlayWndTest, HiddenWhenMadeAndBlackWhileNothingPlays)
     EXPECT_FALSE(surface.NativeWidget()->isVisible());
     ShowSurface();
     EXPECT_TRUE(surface.IsVisible());
-    EXPECT_EQ(surface.NativeWidget()->geometry(), QRect(20, 10, 160, 120));
-    QImage image = Grab();
-    ASSERT_FALSE(image.isNull());
-    for (double d : { 0.0, 0.5, 1.0 })
-        EXPECT_TRUE(IsColor(PixelAt(image, d, d), { 0, 0, 0 })) << Text(PixelAt(image, d, d));
+    EXPECT_EQ(surface.NativeWidget()->geometry(), kSurfaceRect);
+    EXPECT_TRUE(WaitForPicture([](const QImage& image) {
+        for (double d : { 0.0, 0.5, 1.0 })
+            if (!IsColor(PixelAt(image, d, d), { 0, 0, 0 }))
+                return false;
+        return true;
+    })) << Text(PixelAt(Grab(), 0.5, 0.5));
+    // Around it the host's own picture (0x336699) still shows.
+    EXPECT_TRUE(IsColor(PixelAt(Grab(QRect(200, 150, 20, 20)), 0.5, 0.5), { 0x33, 0x66, 0x99 }));
     surface.Show(false);
     EXPECT_FALSE(surface.IsVisible());
+    EXPECT_TRUE(WaitForPicture(Centre({ 0x33, 0x66, 0x99 })));
+}
+
+TEST_F(PlayWndTest, IsANativeChildWindowOfItsOwnDrawnWithoutComposition)
+{
+    ShowSurface();
+    QWindow* pWindow = surface.NativeWindow();
+    ASSERT_NE(pWindow, nullptr);
+    QWindow* pHostWindow = host.NativeWidget()->windowHandle();
+    ASSERT_NE(pHostWindow, nullptr);
+    // A window of the window system of its own, inside the main window's, in the main
+    // window's client pixels.
+    EXPECT_NE(pWindow->winId(), pHostWindow->winId());
+    EXPECT_EQ(pWindow->parent(), pHostWindow);
+    EXPECT_EQ(pWindow->geometry(), kSurfaceRect);
+    EXPECT_EQ(pWindow->surfaceType(), QSurface::OpenGLSurface);
+    // The main window itself stays a plain raster window: nothing in it is composed with
+    // OpenGL, which an embedded OpenGL widget would force.
+    EXPECT_EQ(pHostWindow->surfaceType(), QSurface::RasterSurface);
+
+    // The surface follows a new rectangle (the display modes move it) with its window.
+    const QRect rcWide(0, 40, 320, 160);
+    ShowSurface(rcWide);
+    EXPECT_TRUE(HostDriver::WaitFor([&] { return pWindow->geometry() == rcWide; })) << pWindow->geometry().width();
+    EXPECT_TRUE(WaitForPicture(Centre({ 0, 0, 0 }), rcWide));
+    EXPECT_TRUE(IsColor(PixelAt(Grab(QRect(0, 0, 320, 40)), 0.5, 0.5), { 0x33, 0x66, 0x99 }));
+}
+
+TEST_F(PlayWndTest, ClicksOnThePictureReachTheHost)
+{
+    ShowSurface();
+    host.ClearRecords();
+    QPoint pt = host.NativeWidget()->mapToGlobal(kSurfaceRect.center());
+    QProcess p;
+    p.start(QStringLiteral("xdotool"), { "mousemove", QString::number(pt.x()), QString::number(pt.y()), "click", "1" });
+    ASSERT_TRUE(p.waitForFinished(5000));
+    ASSERT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+    ASSERT_TRUE(HostDriver::WaitFor([&] {
+        for (const auto& m : host.vecMouse)
+            if (m.msg == WM_LBUTTONUP)
+                return true;
+        return false;
+    }));
+    bool bDown = false;
+    for (const auto& m : host.vecMouse)
+        if (m.msg == WM_LBUTTONDOWN) {
+            bDown = true;
+            EXPECT_EQ(m.pt, kSurfaceRect.center());
+        }
+    EXPECT_TRUE(bDown);
 }
 
 TEST_F(PlayWndTest, ShowsTheColourOfTheClip)
@@ -117,13 +185,41 @@ TEST_F(PlayWndTest, ShowsTheColourOfTheClip)
         SCOPED_TRACE(clip.pszColor);
         PlaySession session;
         session.Start(TestMedia::Utf8(TestMedia::SolidColor(clip.pszColor, 3.0)), surface.VideoTarget());
-        EXPECT_TRUE(WaitForPicture([&](const QImage& image) { return IsColor(PixelAt(image, 0.5, 0.5), clip.rgb); }))
-            << "centre " << Text(PixelAt(Grab(), 0.5, 0.5));
+        EXPECT_TRUE(WaitForPicture(Centre(clip.rgb))) << "centre " << Text(PixelAt(Grab(), 0.5, 0.5));
         qkplaydll_Stop();
         ASSERT_TRUE(session.Join());
     }
     // After the stop the surface goes black again.
-    EXPECT_TRUE(WaitForPicture([](const QImage& image) { return IsColor(PixelAt(image, 0.5, 0.5), { 0, 0, 0 }); }));
+    EXPECT_TRUE(WaitForPicture(Centre({ 0, 0, 0 })));
+}
+
+TEST_F(PlayWndTest, WindowsOfTheProgramShowAboveThePicture)
+{
+    // Menus, tips, dialogs and bars are top-level windows; one over the video hides its part
+    // of the picture and nothing else.
+    ShowSurface();
+    PlaySession session;
+    session.Start(TestMedia::Utf8(TestMedia::SolidColor("red", 3.0)), surface.VideoTarget());
+    ASSERT_TRUE(WaitForPicture(Centre({ 255, 0, 0 })));
+    struct
+    {
+        const char* pszKind;
+        uint32_t nStyle;
+    } kinds[] = { { "tool window", QKHS_FRAMELESS | QKHS_TOOL }, { "tip", QKHS_FRAMELESS | QKHS_TIPWINDOW } };
+    for (const auto& kind : kinds) {
+        SCOPED_TRACE(kind.pszKind);
+        HostRecorder over;
+        over.clrFill = 0xFF10E010; // green
+        const QPoint ptSurface = host.NativeWidget()->mapToGlobal(kSurfaceRect.topLeft());
+        ASSERT_TRUE(over.CreateShown(QRect(ptSurface + QPoint(40, 30), QSize(60, 40)), kind.nStyle));
+        const QRect rcOver(kSurfaceRect.topLeft() + QPoint(40, 30), QSize(60, 40));
+        EXPECT_TRUE(WaitForPicture(Centre({ 0x10, 0xE0, 0x10 }), rcOver)) << Text(PixelAt(Grab(rcOver), 0.5, 0.5));
+        // The picture goes on around it.
+        EXPECT_TRUE(IsColor(PixelAt(Grab(), 0.05, 0.05), { 255, 0, 0 })) << Text(PixelAt(Grab(), 0.05, 0.05));
+        over.DestroyWindow();
+    }
+    qkplaydll_Stop();
+    EXPECT_TRUE(session.Join());
 }
 
 TEST_F(PlayWndTest, PictureIsUprightAndFillsTheSurface)
@@ -167,24 +263,41 @@ TEST_F(PlayWndTest, ColourOffsetsChangeThePictureWhilePlaying)
     EXPECT_TRUE(session.Join());
 }
 
-TEST_F(PlayWndTest, DestroyWhilePlayingLeavesPlaybackControllable)
+TEST_F(PlayWndTest, EndingWhilePlayingDetachesAndLeavesPlaybackControllable)
 {
-    ShowSurface();
-    PlaySession session;
-    session.Start(TestMedia::Utf8(TestMedia::VideoWithSound(3.0)), surface.VideoTarget());
-    ASSERT_TRUE(WaitForPicture([](const QImage&) { return qkplaydll_IsReady() != 0; }));
-    surface.Destroy();
-    EXPECT_FALSE(surface.IsWindow());
-    EXPECT_EQ(surface.NativeWidget(), nullptr);
-    qkplaydll_Stop();
-    EXPECT_TRUE(session.Join());
+    // The surface ends by itself, or with the main window before the surface object goes.
+    const struct
+    {
+        const char* pszHow;
+        bool bHostFirst;
+    } ways[] = { { "Destroy", false }, { "host destroyed first", true } };
+    for (const auto& way : ways) {
+        SCOPED_TRACE(way.pszHow);
+        ShowSurface();
+        PlaySession session;
+        session.Start(TestMedia::Utf8(TestMedia::SolidColor("red", 3.0)), surface.VideoTarget());
+        ASSERT_TRUE(WaitForPicture(Centre({ 255, 0, 0 })));
+        if (way.bHostFirst)
+            host.DestroyWindow();
+        else
+            surface.Destroy();
+        HostDriver::Pump(20);
+        EXPECT_FALSE(surface.IsWindow());
+        EXPECT_EQ(surface.NativeWidget(), nullptr);
+        EXPECT_EQ(surface.NativeWindow(), nullptr);
+        qkplaydll_Stop();
+        EXPECT_TRUE(session.Join());
 
-    // A new surface attaches again.
-    ASSERT_TRUE(surface.Create(&host));
-    ShowSurface();
-    PlaySession again;
-    again.Start(TestMedia::Utf8(TestMedia::SolidColor("red", 3.0)), surface.VideoTarget());
-    EXPECT_TRUE(WaitForPicture([](const QImage& image) { return IsColor(PixelAt(image, 0.5, 0.5), { 255, 0, 0 }); }));
-    qkplaydll_Stop();
-    EXPECT_TRUE(again.Join());
+        // Detached: a new surface attaches and shows the next file.
+        if (!host.NativeWidget()) {
+            ASSERT_TRUE(host.CreateShown(kHostRect));
+        }
+        ASSERT_TRUE(surface.Create(&host));
+        ShowSurface();
+        PlaySession again;
+        again.Start(TestMedia::Utf8(TestMedia::SolidColor("blue", 3.0)), surface.VideoTarget());
+        EXPECT_TRUE(WaitForPicture(Centre({ 0, 0, 255 })));
+        qkplaydll_Stop();
+        EXPECT_TRUE(again.Join());
+    }
 }
