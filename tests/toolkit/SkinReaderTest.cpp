@@ -105,10 +105,7 @@ TEST_F(SkinTest, MissingOrMalformedFileLeavesAWorkingWindowWithoutSkin)
     // The window paints the theme's ground.
     Manager().PaintAll();
     EXPECT_EQ(PixelAt(host.HostImage(), 10, 10), FromBGR(g_clrFace));
-}
-
-TEST_F(SkinTest, LoadSkinWantsALiveWindow)
-{
+    // Loading wants a live window.
     CQKUIManager lone;
     EXPECT_EQ(lone.LoadSkin(nullptr), 0);
     TestHost gone;
@@ -228,13 +225,9 @@ TEST_F(SkinTest, UnparseableNumbersRepeatTheLastNumberRead)
     ASSERT_EQ(g_vecFonts.size(), 1u);
     EXPECT_EQ(g_vecFonts[0]->nID, 7u) << "the scratch number lives across elements";
     EXPECT_EQ(g_vecFonts[0]->nSize, 15u);
-}
-
-TEST_F(SkinTest, ScratchNumberStartsAtZeroForEachLoad)
-{
-    ASSERT_EQ(Load(QStringLiteral("<skin><button x=\"12\"/></skin>")), 1);
+    // The scratch number starts at zero for each load, which adds the controls again.
     ASSERT_EQ(Load(QStringLiteral("<skin><button x=\"zz\"/></skin>")), 1);
-    ASSERT_EQ(Manager().Children().size(), 2u) << "a second load adds the controls again";
+    ASSERT_EQ(Manager().Children().size(), 2u);
     EXPECT_EQ(Control(1)->nX, 0);
 }
 
