@@ -38,11 +38,9 @@ TEST(XmlEncodingTest, UnitsOutsideAsciiDecode)
         std::string bytes;
         std::u16string value;
     } cases[] = {
-        { Utf16Le(u"<a v=\"" + wide + u"\"/>"), wide },
-        { Utf16Be(u"<a v=\"" + wide + u"\"/>"), wide },
-        { "<a v=\"\xC3\xA9\"/>", u"\u0523" },
-        { "\xEF\xBB\xBF<a v=\"\xC3\xA9\"/>", u"\u0523" },
-        { "<a v=\"\xE2\x82\xAC\xE4\xB8\xAD\"/>", u"\u20AC\u4E2D" },
+        { Utf16Le(u"<a v=\"" + wide + u"\"/>"), wide }, { Utf16Be(u"<a v=\"" + wide + u"\"/>"), wide },
+        { "<a v=\"\xC3\xA9\"/>", u"\u0523" }, { "\xEF\xBB\xBF<a v=\"\xC3\xA9\"/>", u"\u0523" },
+        { "<a v=\"\xE2\x82\xAC\xE4\xB8\xAD\"/>", u"\u20AC\u4E2D" }
     };
     for (const auto& c : cases) {
         CQKXmlDocument doc;
@@ -62,17 +60,10 @@ TEST(XmlEncodingTest, UndecodableBytesCutTheTextOrFailTheLoad)
         const char* bytes;
         bool bLoads;
     } cases[] = {
-        { "<a/>\xF0\x9F\x98\x80<b/>", true },
-        { "\xEF\xBB\xBF<a>\x85</a>", false },
-        { "\xEF\xBB\xBF<a/>\x85<b/>", true },
-        { "\xEF\xBB\xBF<a/>\xE2\x82", true },
-        { "\xEF\xBB\xBF<a/>\xC3", true },
-        { "<a v=\"caf\xE9\"/>", false },
-        { "<a/>\x85", false },
-        { "<a/>\xC3", false },
-        { "<a/>\xF8\x80\x80\x80\x80", false },
-        { "<a/>\xE2\x28\xA1", false },
-        { "<a/>\xC0\x80", true },
+        { "<a/>\xF0\x9F\x98\x80<b/>", true }, { "\xEF\xBB\xBF<a>\x85</a>", false }, { "\xEF\xBB\xBF<a/>\x85<b/>", true },
+        { "\xEF\xBB\xBF<a/>\xE2\x82", true }, { "\xEF\xBB\xBF<a/>\xC3", true }, { "<a v=\"caf\xE9\"/>", false },
+        { "<a/>\x85", false }, { "<a/>\xC3", false }, { "<a/>\xF8\x80\x80\x80\x80", false }, { "<a/>\xE2\x28\xA1", false },
+        { "<a/>\xC0\x80", true }
     };
     for (const auto& c : cases) {
         CQKXmlDocument doc;

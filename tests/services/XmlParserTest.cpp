@@ -26,16 +26,9 @@ TEST(XmlParserTest, ShortFilesAndTextWithoutTags)
         std::string bytes;
         bool bLoads;
     } cases[] = {
-        { "", false },
-        { "<", false },
-        { "<a", false },
-        { "\xFF\xFE", false },
-        { "\xFE\xFF", false },
-        { "\xEF\xBB", false },
-        { "\xFF\xFE\x41", true },
-        { "\xEF\xBB\xBF", true },
-        { "plain ascii without a mark", true },
-        { xmltest::Utf16Le(u"just some words > and more"), true },
+        { "", false }, { "<", false }, { "<a", false }, { "\xFF\xFE", false }, { "\xFE\xFF", false }, { "\xEF\xBB", false },
+        { "\xFF\xFE\x41", true }, { "\xEF\xBB\xBF", true }, { "plain ascii without a mark", true },
+        { xmltest::Utf16Le(u"just some words > and more"), true }
     };
     for (const auto& c : cases) {
         CQKXmlDocument doc;
@@ -53,43 +46,26 @@ TEST(XmlParserTest, HandEditedTextReadsAsTheWriterShowsIt)
         const char* pszBody; // nullptr: the load fails
     } cases[] = {
         // Any closing tag closes the current element: its name is never read.
-        { u"<a><b></a>", nullptr },
-        { u"<a><b/></x>", "<a>\r\n\t<b/>\r\n</a>\r\n" },
-        { u"<a>text</b>", "<a>text</a>\r\n" },
+        { u"<a><b></a>", nullptr }, { u"<a><b/></x>", "<a>\r\n\t<b/>\r\n</a>\r\n" }, { u"<a>text</b>", "<a>text</a>\r\n" },
         // A close at the top level, an element left open or a declaration under five units fails.
-        { u"</a>", nullptr },
-        { u"<a/></a>", nullptr },
-        { u"</a><b/><c>x</c>", nullptr },
-        { u"<a>", nullptr },
-        { u"<a><b>x</b>", nullptr },
-        { u"<a >", nullptr },
-        { u"<!x>", nullptr },
-        { u"<!abc>", nullptr },
+        { u"</a>", nullptr }, { u"<a/></a>", nullptr }, { u"</a><b/><c>x</c>", nullptr }, { u"<a>", nullptr },
+        { u"<a><b>x</b>", nullptr }, { u"<a >", nullptr }, { u"<!x>", nullptr }, { u"<!abc>", nullptr },
         // A longer declaration becomes a comment of what lies between.
-        { u"<!abcd>", "<!---->\r\n" },
-        { u"<!DOCTYPE x>", "<!--CTYPE-->\r\n" },
+        { u"<!abcd>", "<!---->\r\n" }, { u"<!DOCTYPE x>", "<!--CTYPE-->\r\n" },
         // An empty tag, an unterminated comment or a "<" without ">" ends the parse: at the
         // top level what came before stays; inside an element it is left open.
-        { u"<a/> <> <b/>", "<a/>\r\n" },
-        { u"<a/><!-- never closed <b/>", "<a/>\r\n" },
-        { u"<a/><b", "<a/>\r\n" },
-        { u"<a><></a>", nullptr },
-        { u"<a><!-- never closed </a>", nullptr },
+        { u"<a/> <> <b/>", "<a/>\r\n" }, { u"<a/><!-- never closed <b/>", "<a/>\r\n" }, { u"<a/><b", "<a/>\r\n" },
+        { u"<a><></a>", nullptr }, { u"<a><!-- never closed </a>", nullptr },
         // A raw ">" inside quotes ends the tag: the quote is unterminated, the attribute
         // dropped and the element left open.
-        { u"<a b=\"1>2\"/>", nullptr },
-        { u"<a b=\"1>2\"/></a>", "<a>2\"/></a>\r\n" },
+        { u"<a b=\"1>2\"/>", nullptr }, { u"<a b=\"1>2\"/></a>", "<a>2\"/></a>\r\n" },
         // An attribute takes the next quoted text whatever stands between; one without a
         // quoted value is dropped, single quotes are no quotes, and a dropped name swallows
         // the "/" unless the "/" stops it.
-        { u"<a b = \"1\" c \"2\" d e=\"3\" f=\"\"/>", "<a b=\"1\" c=\"2\" d=\"3\" f=\"\"/>\r\n" },
-        { u"<a f='4'/>", nullptr },
-        { u"<a f='4'></a>", "<a/>\r\n" },
-        { u"<a flag/>", "<a/>\r\n" },
-        { u"<a flag />", nullptr },
+        { u"<a b = \"1\" c \"2\" d e=\"3\" f=\"\"/>", "<a b=\"1\" c=\"2\" d=\"3\" f=\"\"/>\r\n" }, { u"<a f='4'/>", nullptr },
+        { u"<a f='4'></a>", "<a/>\r\n" }, { u"<a flag/>", "<a/>\r\n" }, { u"<a flag />", nullptr },
         // Only the space separates, so line breaks and tabs join names.
-        { u"<a b=\"1\"\r\nc=\"2\"/>", "<a b=\"1\" \r\nc=\"2\"/>\r\n" },
-        { u"<a\tb=\"1\"/>", "<a\tb=\"1\"/>\r\n" },
+        { u"<a b=\"1\"\r\nc=\"2\"/>", "<a b=\"1\" \r\nc=\"2\"/>\r\n" }, { u"<a\tb=\"1\"/>", "<a\tb=\"1\"/>\r\n" },
         // A "/" after the name closes the tag and skips the rest.
         { u"<a/b><c x=\"1\" /><d x=\"2\"/>", "<a/>\r\n<c x=\"1\"/>\r\n<d x=\"2\"/>\r\n" },
         // Duplicate attributes are kept.
@@ -97,7 +73,7 @@ TEST(XmlParserTest, HandEditedTextReadsAsTheWriterShowsIt)
         // Element text is kept raw; mixed content loses its text.
         { u"<a>\t two &lt; words \r\n</a><m> lost <b/> lost too </m><e></e>", "<a>\t two &lt; words \r\n</a>\r\n<m>\r\n\t<b/>\r\n</m>\r\n<e/>\r\n" },
         // Declarations are ignored wherever they stand.
-        { u"<?xml version=\"9\" encoding=\"nonsense\"?><a><?pi?><b/></a><?x?>", "<a>\r\n\t<b/>\r\n</a>\r\n" },
+        { u"<?xml version=\"9\" encoding=\"nonsense\"?><a><?pi?><b/></a><?x?>", "<a>\r\n\t<b/>\r\n</a>\r\n" }
     };
     for (const auto& c : cases) {
         CQKXmlDocument doc;

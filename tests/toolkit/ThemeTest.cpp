@@ -132,7 +132,7 @@ TEST(ThemeFontFileTest, FlagSetsOffsetSmoothingAndAnInstalledFamilyElseArial)
         { "<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n<other offset=\"5\" smoothing=\"1\"/>\r\n", "Arial", 0, 0 },
         { "<flag offset=\"5\" smoothing=\"1\" fontname=\"DejaVu Sans\"/>", "DejaVu Sans", 5, 1 },
         { "<flag offset=\"-3\" fontname=\"No Such Family Anywhere\"/>", "Arial", -3, 0 },
-        { "<flag fontname=\"\"/>", "Arial", 0, 0 },
+        { "<flag fontname=\"\"/>", "Arial", 0, 0 }
     };
     for (const auto& c : cases) {
         AppFolder app;
