@@ -96,13 +96,10 @@ TEST(XmlNodeTest, TypedWritesUseTheFixedFormats)
     node.AddVolumeScaleAttribute(0.35);
     node.AddFloatAttribute(u"big", 1234567.0f);
     node.AddFloatAttribute(u"small", 1e-7f);
-    EXPECT_EQ(U8(node.GetAttribute(u"t", u"")), "true");
-    EXPECT_EQ(U8(node.GetAttribute(u"f", u"")), "false");
-    EXPECT_EQ(U8(node.GetAttribute(u"i", u"")), "-2147483648");
-    EXPECT_EQ(U8(node.GetAttribute(u"fl", u"")), "0.1");
-    EXPECT_EQ(U8(node.GetAttribute(u"dVolumeScale", u"")), "0.35");
-    EXPECT_EQ(U8(node.GetAttribute(u"big", u"")), "1.23457e+06");
-    EXPECT_EQ(U8(node.GetAttribute(u"small", u"")), "1e-07");
+    const std::pair<const char16_t*, const char*> written[] = { { u"t", "true" }, { u"f", "false" }, { u"i", "-2147483648" }, { u"fl", "0.1" },
+        { u"dVolumeScale", "0.35" }, { u"big", "1.23457e+06" }, { u"small", "1e-07" } };
+    for (const auto& [name, text] : written)
+        EXPECT_EQ(U8(node.GetAttribute(name, u"")), text) << U8(name);
 
     CQKXmlAttribute attr;
     attr.SetIntValue(42);
@@ -133,21 +130,18 @@ TEST(XmlNodeTest, NumbersReadTheLeadingNumberAndGarbageGivesZero)
                               u"h1=\"FF8800\" h2=\"0x1a\" h3=\"zz\" h4=\"ff\" "
                               u"f1=\"0.5s\" f2=\"x\" f3=\"-1e3\" dVolumeScale=\"0.25\"/>"));
     CQKXmlNode* a = doc.FindChild(u"a");
-    EXPECT_EQ(a->GetIntAttribute(u"n1", -1), 42);
-    EXPECT_EQ(a->GetIntAttribute(u"n2", -1), -7);
-    EXPECT_EQ(a->GetIntAttribute(u"n3", -1), 0);
-    EXPECT_EQ(a->GetIntAttribute(u"n4", -1), 2147483647);
-    EXPECT_EQ(a->GetIntAttribute(u"n5", -1), 3);
-    EXPECT_EQ(a->GetIntAttribute(u"absent", -1), -1);
-    EXPECT_EQ(a->GetHexAttribute(u"h1", -1), 0xFF8800);
-    EXPECT_EQ(a->GetHexAttribute(u"h2", -1), 0x1A);
-    EXPECT_EQ(a->GetHexAttribute(u"h3", -1), 0);
-    EXPECT_EQ(a->GetHexAttribute(u"h4", -1), 0xFF);
-    EXPECT_EQ(a->GetHexAttribute(u"absent", -1), -1);
-    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"f1", -1.0f), 0.5f);
-    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"f2", -1.0f), 0.0f);
-    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"f3", -1.0f), -1000.0f);
-    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"absent", -1.0f), -1.0f);
+    auto ints = [a](auto read, std::initializer_list<const char16_t*> names) {
+        std::vector<int32_t> v;
+        for (const char16_t* name : names)
+            v.push_back((a->*read)(name, -1));
+        return v;
+    };
+    EXPECT_EQ(ints(&CQKXmlNode::GetIntAttribute, { u"n1", u"n2", u"n3", u"n4", u"n5", u"absent" }), (std::vector<int32_t> { 42, -7, 0, 2147483647, 3, -1 }));
+    EXPECT_EQ(ints(&CQKXmlNode::GetHexAttribute, { u"h1", u"h2", u"h3", u"h4", u"absent" }), (std::vector<int32_t> { 0xFF8800, 0x1A, 0, 0xFF, -1 }));
+    std::vector<float> floats;
+    for (const char16_t* name : { u"f1", u"f2", u"f3", u"absent" })
+        floats.push_back(a->GetFloatAttribute(name, -1.0f));
+    EXPECT_EQ(floats, (std::vector<float> { 0.5f, 0.0f, -1000.0f, -1.0f }));
     EXPECT_DOUBLE_EQ(a->GetVolumeScaleAttribute(1.0), 0.25);
     EXPECT_DOUBLE_EQ(doc.GetVolumeScaleAttribute(0.75), 0.75);
 }
