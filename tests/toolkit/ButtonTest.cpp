@@ -79,14 +79,12 @@ protected:
 
 TEST_F(ButtonTest, HoverFollowsThePointerAndLeaveResets)
 {
-    host.input.Move(QPoint(5, 5));
-    EXPECT_EQ(button->nState, 0u);
-    host.input.Move(QPoint(30, 30));
-    EXPECT_EQ(button->nState, 1u);
-    host.input.Move(QPoint(79, 49)); // the last pixel inside
-    EXPECT_EQ(button->nState, 1u);
-    host.input.Move(QPoint(80, 49)); // the right edge is outside
-    EXPECT_EQ(button->nState, 0u);
+    // 79,49 is the last pixel inside; the right edge is outside.
+    const std::pair<QPoint, uint32_t> moves[] = { { QPoint(5, 5), 0u }, { QPoint(30, 30), 1u }, { QPoint(79, 49), 1u }, { QPoint(80, 49), 0u } };
+    for (const auto& [pt, state] : moves) {
+        host.input.Move(pt);
+        EXPECT_EQ(button->nState, state) << pt.x() << "," << pt.y();
+    }
     host.input.Move(QPoint(30, 30));
     host.input.Leave();
     EXPECT_EQ(button->nState, 0u);

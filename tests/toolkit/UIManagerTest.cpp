@@ -172,16 +172,6 @@ TEST_F(ManagerTest, EveryControlHearsEveryMouseEventAndOverlapsHoverTogether)
     EXPECT_EQ(far->nLonePaints, 0) << "a control that reports no change is not repainted";
 }
 
-TEST_F(ManagerTest, LeavingTheWindowResetsHoverWithAPointOutsideEverything)
-{
-    Probe* a = Add(1, 0, QRect(0, 0, 200, 100));
-    host.input.Move(QPoint(5, 5));
-    ASSERT_EQ(a->nState, 1u);
-    host.input.Leave();
-    EXPECT_EQ(a->nState, 0u);
-    EXPECT_EQ(a->lastPoint, QPoint(-99, -99));
-}
-
 TEST_F(ManagerTest, TimeEditHearsNoMouseNorActivationButIsPainted)
 {
     Probe* time = Add(1, QKKIND_EDITTIME, QRect(10, 10, 30, 30));
