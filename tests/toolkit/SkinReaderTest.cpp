@@ -58,11 +58,6 @@ struct FakeControl : CQKButton
     bool bFinished { false };
 };
 
-CQKButton* MakeFake()
-{
-    return new FakeControl();
-}
-
 void FinishFake(CQKSkinReader& reader, const tinyxml2::XMLElement* pElement, CQKButton* pControl)
 {
     auto* p = static_cast<FakeControl*>(pControl);
@@ -73,17 +68,12 @@ void FinishFake(CQKSkinReader& reader, const tinyxml2::XMLElement* pElement, CQK
     p->bFinished = true;
 }
 
-void SetListHeight(CQKButton* pControl, int32_t n)
-{
-    static_cast<FakeControl*>(pControl)->nListHeight = n;
-}
-
 void RegisterFake(uint32_t kind)
 {
     tagQKControlKind k;
-    k.pfnCreate = MakeFake;
+    k.pfnCreate = []() -> CQKButton* { return new FakeControl(); };
     k.pfnFinishSkin = FinishFake;
-    k.pfnSetListHeight = SetListHeight;
+    k.pfnSetListHeight = [](CQKButton* p, int32_t n) { static_cast<FakeControl*>(p)->nListHeight = n; };
     QKRegisterControlKind(kind, k);
 }
 
