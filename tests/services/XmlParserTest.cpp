@@ -68,8 +68,11 @@ TEST(XmlParserTest, HandEditedTextReadsAsTheWriterShowsIt)
         { u"<a b=\"1\"\r\nc=\"2\"/>", "<a b=\"1\" \r\nc=\"2\"/>\r\n" }, { u"<a\tb=\"1\"/>", "<a\tb=\"1\"/>\r\n" },
         // A "/" after the name closes the tag and skips the rest.
         { u"<a/b><c x=\"1\" /><d x=\"2\"/>", "<a/>\r\n<c x=\"1\"/>\r\n<d x=\"2\"/>\r\n" },
-        // Duplicate attributes are kept.
+        // Duplicate attributes are kept. Names take letters outside ASCII, digits, "-", "." and
+        // ":"; quoted values take any unit but the quote, and comments any text.
         { u"<a x=\"1\" x=\"2\"/>", "<a x=\"1\" x=\"2\"/>\r\n" },
+        { u"<\u00E9-1.b:c x_\u4E2D=\"&;:,.-_/=!?\t\u03A9\U0001F600\">\uFFFD /=! ?</\u00E9-1.b:c><!--c <>/=\"\u00E9-->",
+            "<\u00E9-1.b:c x_\u4E2D=\"&;:,.-_/=!?\t\u03A9\U0001F600\">\uFFFD /=! ?</\u00E9-1.b:c>\r\n<!--c <>/=\"\u00E9-->\r\n" },
         // Element text is kept raw; mixed content loses its text.
         { u"<a>\t two &lt; words \r\n</a><m> lost <b/> lost too </m><e></e>", "<a>\t two &lt; words \r\n</a>\r\n<m>\r\n\t<b/>\r\n</m>\r\n<e/>\r\n" },
         // Declarations are ignored wherever they stand.
