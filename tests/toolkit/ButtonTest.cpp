@@ -18,11 +18,6 @@ using namespace toolkittest;
 
 namespace {
 
-constexpr uint32_t RGB(uint32_t r, uint32_t g, uint32_t b)
-{
-    return r | (g << 8) | (b << 16);
-}
-
 // A host of 200 by 100 with one button at 20,20,60,30 (id 41).
 class ButtonTest : public ::testing::Test
 {

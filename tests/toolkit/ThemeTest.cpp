@@ -14,11 +14,6 @@ using namespace toolkittest;
 
 namespace {
 
-constexpr uint32_t RGB(uint32_t r, uint32_t g, uint32_t b)
-{
-    return r | (g << 8) | (b << 16);
-}
-
 const char* const kThemePath = "skin/uicolors/UIColors.uic";
 
 // A `color` element whose attribute NN holds RGB(NN, NN + 100, 7), so every field tells which
