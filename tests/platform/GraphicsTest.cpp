@@ -165,7 +165,7 @@ TEST(GraphicsTest, ClipByPathExcludesAPlusShape)
     ExpectPixels(img, { { 12, 12, 0 }, { 12, 5, 0 }, { 5, 5, kRed }, { 20, 20, kRed } });
 }
 
-TEST(GraphicsTest, LinearGradientRunsFromStartToEndColour)
+TEST(GraphicsTest, GradientsRunAlongTheirDirectionWithGammaAndWrap)
 {
     QImage img = Painted(101, 4, [](CQKGraphics& g) { g.FillRectangle(tagQKBrush::LinearRect(QRectF(0, 0, 101, 4), kRed, kBlue, QKGradientHorizontal), 0, 0, 101, 4); });
     EXPECT_GT(At(img, 0, 1).red(), 245);
@@ -180,10 +180,6 @@ TEST(GraphicsTest, LinearGradientRunsFromStartToEndColour)
     EXPECT_GT(At(img, 2, 0).red(), 245);
     EXPECT_LT(At(img, 2, 100).red(), 10);
     EXPECT_EQ(img.pixel(0, 60), img.pixel(3, 60));
-}
-
-TEST(GraphicsTest, AngledGradientRunsAlongItsAngleAcrossTheWholeRectangle)
-{
     auto fill = [](float angle) { return Painted(40, 20, [angle](CQKGraphics& g) { g.FillRectangle(tagQKBrush::LinearAngle(QRectF(0, 0, 40, 20), kWhite, kBlack, angle, QKWrapClamp), 0, 0, 40, 20); }); };
     const QImage down = fill(90); // top to bottom
     EXPECT_GT(At(down, 20, 0).red(), 240);
@@ -197,10 +193,6 @@ TEST(GraphicsTest, AngledGradientRunsAlongItsAngleAcrossTheWholeRectangle)
     EXPECT_GT(At(diag, 0, 0).red(), 235);
     EXPECT_LT(At(diag, 39, 19).red(), 20);
     EXPECT_NEAR(At(diag, 20, 10).red(), 128, 12);
-}
-
-TEST(GraphicsTest, GammaCorrectedGradientIsBrighterInTheMiddle)
-{
     auto middle = [](bool bGamma) {
         tagQKBrush b = tagQKBrush::Linear(QPointF(0, 0), QPointF(101, 0), kBlack, kWhite);
         b.bGammaCorrection = bGamma;
@@ -209,10 +201,6 @@ TEST(GraphicsTest, GammaCorrectedGradientIsBrighterInTheMiddle)
     EXPECT_NEAR(middle(false), 128, 8);
     // Half of the light of white is about 186 in stored values.
     EXPECT_NEAR(middle(true), 186, 10);
-}
-
-TEST(GraphicsTest, TiledGradientRepeatsBeyondItsRectangleAndClampDoesNot)
-{
     auto fillWide = [](int nWrap) { return Painted(60, 2, [nWrap](CQKGraphics& g) { g.FillRectangle(tagQKBrush::Linear(QPointF(0, 0), QPointF(20, 0), kRed, kBlue, nWrap), 0, 0, 60, 2); }); };
     const QImage tiled = fillWide(QKWrapTile);
     EXPECT_GT(At(tiled, 21, 0).red(), 200); // starts over after its length
@@ -263,7 +251,7 @@ QImage Line(int w, int h, QPointF p1, QPointF p2, float fWidth, int nStartCap = 
 
 } // namespace
 
-TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePen)
+TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePenAndRoundCapsReachPastTheEnds)
 {
     // The "next" face: a 7-pixel line ending in an arrow head at its end point.
     const QImage img = Line(25, 25, { 5, 12 }, { 17, 12 }, 7, QKLineCapFlat, QKLineCapArrowAnchor, QKDashSolid, true);
@@ -283,10 +271,6 @@ TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePen)
     const QImage bar = Line(25, 25, { 5, 12 }, { 17, 12 }, 7);
     EXPECT_EQ(Alpha(bar, 6, 6), 0);
     EXPECT_EQ(Alpha(bar, 16, 9), 255);
-}
-
-TEST(GraphicsTest, RoundCapsReachPastTheEndsAndFlatCapsDoNot)
-{
     const QImage flat = Line(30, 20, { 10, 10 }, { 20, 10 }, 6);
     const QImage round = Line(30, 20, { 10, 10 }, { 20, 10 }, 6, QKLineCapRound, QKLineCapRound);
     EXPECT_EQ(Alpha(flat, 8, 10), 0);

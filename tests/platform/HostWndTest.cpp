@@ -81,7 +81,7 @@ TEST(HostWndLifetimeTest, PostingToAGoneHostFailsQuietly)
     EXPECT_FALSE(CQKHostWnd::IsWindow(nullptr));
 }
 
-TEST_F(HostWndTest, TimersFireByNumberUntilKilled)
+TEST_F(HostWndTest, TimersFireByNumberUntilKilledAndRestartWhenSetAgain)
 {
     EXPECT_TRUE(host.SetTimer(1, 20));
     EXPECT_TRUE(host.SetTimer(3, 20, true));
@@ -97,10 +97,8 @@ TEST_F(HostWndTest, TimersFireByNumberUntilKilled)
     EXPECT_GT(count(3), 3);
     for (uint32_t id : host.vecTimers)
         EXPECT_TRUE(id == 1 || id == 3) << id;
-}
-
-TEST_F(HostWndTest, SettingATimerAgainRestartsItInsteadOfAddingOne)
-{
+    host.KillTimer(3);
+    host.ClearRecords();
     host.SetTimer(4, 100);
     host.SetTimer(4, 100);
     HostDriver::Pump(250);

@@ -266,7 +266,7 @@ TEST_F(SkinTest, CheckAndRadioElementsMakeTheirControls)
     EXPECT_EQ(radio->nFontID, 3u);
 }
 
-TEST_F(SkinTest, ComboBoxHeightIsTheListPlusTwentyTwo)
+TEST_F(SkinTest, ComboBoxHeightAndRealAttributesOfRegisteredKinds)
 {
     RegisterFake(QKKIND_COMBOBOX);
     ASSERT_EQ(Load(QStringLiteral("<skin><combobox id=\"1\" height=\"200\"/><combobox id=\"2\" width=\"80\"/></skin>")), 1);
@@ -277,10 +277,6 @@ TEST_F(SkinTest, ComboBoxHeightIsTheListPlusTwentyTwo)
     EXPECT_EQ(withHeight->nListHeight, 178);
     EXPECT_EQ(without->nHeight, 0);
     EXPECT_EQ(without->nListHeight, 300);
-}
-
-TEST_F(SkinTest, RealAttributesShareTheScratchNumber)
-{
     RegisterFake(QKKIND_PROGRESS);
     RegisterFake(QKKIND_STATIC);
     ASSERT_EQ(Load(QStringLiteral("<skin><progress id=\"4\" minpos=\"2.5\" maxpos=\"x\" state=\"1\"><background>a.png</background><text>50%</text></progress>"
