@@ -268,7 +268,7 @@ TEST_F(ButtonTest, TwoFrameAndOneFrameStripsStretchAndShowDisabled)
     }
 }
 
-TEST_F(ButtonTest, SetImageKeepsACopyAndDoesNotRepaint)
+TEST_F(ButtonTest, SetImageKeepsACopyAndLoadImageReadsAFile)
 {
     QImage mine = Strip(10, 6, { Qt::red, Qt::green, Qt::blue, Qt::gray });
     button->SetImage(&mine);
@@ -279,10 +279,6 @@ TEST_F(ButtonTest, SetImageKeepsACopyAndDoesNotRepaint)
     EXPECT_FALSE(BoxOf(host.HostImage(), Qt::red, 10).isEmpty());
     button->SetImage(nullptr);
     EXPECT_FALSE(button->pImage);
-}
-
-TEST_F(ButtonTest, LoadImageReadsAFileAndForgetsAMissingOne)
-{
     app.WritePicture("pic.png", Solid(8, 2, Qt::blue));
     button->LoadImage(app.Path() + "pic.png");
     ASSERT_TRUE(button->pImage);

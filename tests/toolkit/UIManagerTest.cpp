@@ -122,7 +122,7 @@ TEST_F(ManagerTest, ControlsAreFoundByIdAndKindTogether)
     EXPECT_EQ(cancel->nKind, QKKIND_TEXTBUTTON);
 }
 
-TEST_F(ManagerTest, AddControlGivesEachKindItsDefaultFont)
+TEST_F(ManagerTest, AddControlGivesEachKindItsDefaultFontAndEditKindsTheirWindow)
 {
     const int32_t expected[QKKIND_COUNT] = { 77, 6, 6, 3, 1, 1, 1, 1, 77, 77, 1, 1, 3, 6, 3, 77, 1, 1, 1, 1, 3, 1, 1, 6 };
     for (uint32_t k = 0; k < QKKIND_COUNT; ++k) {
@@ -137,10 +137,6 @@ TEST_F(ManagerTest, AddControlGivesEachKindItsDefaultFont)
     EXPECT_EQ(list->hWndHost, nullptr);
     EXPECT_EQ(list->pManager, nullptr);
     EXPECT_EQ(M().pTimelineEditor, M().FindControl(116, QKKIND_TIMELINEEDITOR));
-}
-
-TEST_F(ManagerTest, EditKindsGetTheirWindowAfterTheirFont)
-{
     g_vecEdited.clear();
     tagQKControlKind edit;
     edit.pfnCreateEditWindow = RecordEditWindow;
