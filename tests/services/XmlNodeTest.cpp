@@ -110,10 +110,16 @@ TEST(XmlNodeTest, TypedWritesUseTheFixedFormats)
     EXPECT_EQ(U8(attr.GetValue()), "100");
 }
 
-TEST(XmlNodeTest, BoolReadsTrueOnlyForTwoSpellings)
+TEST(XmlNodeTest, TypedReadsTakeWhatTheirFormAllowsElseTheDefault)
 {
+    // Bools are true for two spellings only; numbers read the leading number and garbage
+    // gives zero; arrays fill from commas and default the rest; enums give the first match.
     CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a a=\"true\" b=\"TRUE\" c=\"True\" d=\"1\" e=\"\" f=\"true \"/>"));
+    ASSERT_TRUE(LoadText(doc, u"<a a=\"true\" b=\"TRUE\" c=\"True\" d=\"1\" e=\"\" f=\"true \" "
+                              u"n1=\"42px\" n2=\"  -7\" n3=\"abc\" n4=\"99999999999\" n5=\"+3.9\" "
+                              u"h1=\"FF8800\" h2=\"0x1a\" h3=\"zz\" h4=\"ff\" "
+                              u"f1=\"0.5s\" f2=\"x\" f3=\"-1e3\" dVolumeScale=\"0.25\" "
+                              u"v=\"1, 2,,4x\" one=\"5\" empty=\"\" m=\"fit\" n=\"Fit\"/>"));
     CQKXmlNode* a = doc.FindChild(u"a");
     EXPECT_TRUE(a->GetBoolAttribute(u"a", false));
     EXPECT_TRUE(a->GetBoolAttribute(u"b", false));
@@ -121,15 +127,6 @@ TEST(XmlNodeTest, BoolReadsTrueOnlyForTwoSpellings)
         EXPECT_FALSE(a->GetBoolAttribute(name, true)) << U8(name);
     EXPECT_TRUE(a->GetBoolAttribute(u"absent", true));
     EXPECT_FALSE(a->GetBoolAttribute(nullptr, false));
-}
-
-TEST(XmlNodeTest, NumbersReadTheLeadingNumberAndGarbageGivesZero)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a n1=\"42px\" n2=\"  -7\" n3=\"abc\" n4=\"99999999999\" n5=\"+3.9\" "
-                              u"h1=\"FF8800\" h2=\"0x1a\" h3=\"zz\" h4=\"ff\" "
-                              u"f1=\"0.5s\" f2=\"x\" f3=\"-1e3\" dVolumeScale=\"0.25\"/>"));
-    CQKXmlNode* a = doc.FindChild(u"a");
     auto ints = [a](auto read, std::initializer_list<const char16_t*> names) {
         std::vector<int32_t> v;
         for (const char16_t* name : names)
@@ -144,13 +141,6 @@ TEST(XmlNodeTest, NumbersReadTheLeadingNumberAndGarbageGivesZero)
     EXPECT_EQ(floats, (std::vector<float> { 0.5f, 0.0f, -1000.0f, -1.0f }));
     EXPECT_DOUBLE_EQ(a->GetVolumeScaleAttribute(1.0), 0.25);
     EXPECT_DOUBLE_EQ(doc.GetVolumeScaleAttribute(0.75), 0.75);
-}
-
-TEST(XmlNodeTest, IntArrayFillsFromCommasAndDefaultsTheRest)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a v=\"1, 2,,4x\" one=\"5\" empty=\"\"/>"));
-    CQKXmlNode* a = doc.FindChild(u"a");
     int32_t v[6];
     a->GetIntArrayAttribute(u"v", v, 6, 9);
     EXPECT_EQ(std::vector<int32_t>(v, v + 6), (std::vector<int32_t> { 1, 2, 0, 4, 9, 9 }));
@@ -164,13 +154,6 @@ TEST(XmlNodeTest, IntArrayFillsFromCommasAndDefaultsTheRest)
     EXPECT_EQ(std::vector<int32_t>(v, v + 3), (std::vector<int32_t> { 7, 7, 7 }));
     // The value itself is not cut by the reading.
     EXPECT_EQ(U8(a->GetAttribute(u"v", u"")), "1, 2,,4x");
-}
-
-TEST(XmlNodeTest, EnumGivesTheFirstMatchingIndexOrTheDefault)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a m=\"fit\" n=\"Fit\"/>"));
-    CQKXmlNode* a = doc.FindChild(u"a");
     const char16_t* table[] = { u"stretch", u"fit", u"fill", u"fit" };
     EXPECT_EQ(a->GetEnumAttribute(u"m", table, 4, -1), 1);
     EXPECT_EQ(a->GetEnumAttribute(u"n", table, 4, -1), -1) << "case matters";
