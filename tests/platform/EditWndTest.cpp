@@ -35,6 +35,14 @@ protected:
     HostDriver driver { host };
 };
 
+// The selection as start and end.
+std::pair<int, int> Sel(CQKEditWnd& edit)
+{
+    int s = -1, e = -1;
+    edit.GetSel(s, e);
+    return { s, e };
+}
+
 } // namespace
 
 TEST_F(EditWndTest, TypedTextReachesTheFieldAndOnlyTypingReportsAChange)
@@ -77,18 +85,11 @@ TEST_F(EditWndTest, SelectionIsSetAndReadInCharacters)
     ASSERT_TRUE(edit.Create(&host, QRect(10, 10, 120, 20)));
     edit.SetText(QStringLiteral("hello world"));
     edit.SetSel(6, 11);
-    int s = -1, e = -1;
-    edit.GetSel(s, e);
-    EXPECT_EQ(s, 6);
-    EXPECT_EQ(e, 11);
+    EXPECT_EQ(Sel(edit), std::make_pair(6, 11));
     edit.SetSel(0, 65535); // past the end: to the end
-    edit.GetSel(s, e);
-    EXPECT_EQ(s, 0);
-    EXPECT_EQ(e, 11);
+    EXPECT_EQ(Sel(edit), std::make_pair(0, 11));
     edit.SetSel(20, 30); // both past the end: an empty selection at the end
-    edit.GetSel(s, e);
-    EXPECT_EQ(s, 11);
-    EXPECT_EQ(e, 11);
+    EXPECT_EQ(Sel(edit), std::make_pair(11, 11));
     // Replacing the selection by typing.
     Focus(edit);
     edit.SetSel(0, 5);
@@ -102,17 +103,13 @@ TEST_F(EditWndTest, CaretGoesWhereAClickWouldPutIt)
     ASSERT_TRUE(edit.Create(&host, QRect(10, 10, 150, 20)));
     edit.SetFont(QStringLiteral("Arial"), 13);
     edit.SetText(QStringLiteral("0123456789"));
-    int s = -1, e = -1;
     edit.SetCaretAt(QPoint(5, 15)); // left of the field: the start
-    edit.GetSel(s, e);
-    EXPECT_EQ(s, 0);
+    EXPECT_EQ(Sel(edit).first, 0);
     edit.SetCaretAt(QPoint(400, 15)); // right of it: the end
-    edit.GetSel(s, e);
-    EXPECT_EQ(s, 10);
+    EXPECT_EQ(Sel(edit).first, 10);
     edit.SetCaretAt(QPoint(10 + 150 / 4, 15)); // inside: somewhere between
-    edit.GetSel(s, e);
-    EXPECT_GT(s, 0);
-    EXPECT_LT(s, 10);
+    EXPECT_GT(Sel(edit).first, 0);
+    EXPECT_LT(Sel(edit).first, 10);
 }
 
 TEST_F(EditWndTest, FocusLossIsReportedAndTheOwnerMayEndTheFieldThere)

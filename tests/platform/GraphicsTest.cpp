@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QImage>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
@@ -30,6 +31,27 @@ int Alpha(const QImage& img, int x, int y)
     return qAlpha(img.pixel(x, y));
 }
 
+// Paints with `paint` on a fresh canvas and returns the picture.
+QImage Painted(int w, int h, const std::function<void(CQKGraphics&)>& paint, QKARGB fill = 0)
+{
+    QImage img = Canvas(w, h, fill);
+    CQKGraphics g(img);
+    paint(g);
+    return img;
+}
+
+struct Px
+{
+    int x, y;
+    QKARGB argb; // 0: left untouched
+};
+
+void ExpectPixels(const QImage& img, std::initializer_list<Px> pixels)
+{
+    for (const Px& p : pixels)
+        EXPECT_EQ(img.pixel(p.x, p.y), p.argb) << "at " << p.x << "," << p.y;
+}
+
 // Counts pixels whose alpha is neither 0 nor 255: the soft edge of smoothing.
 int PartialPixels(const QImage& img)
 {
@@ -46,38 +68,22 @@ int PartialPixels(const QImage& img)
 
 TEST(GraphicsTest, IntegerRectangleFillCoversExactlyItsPixels)
 {
-    QImage img = Canvas(20, 20);
-    {
-        CQKGraphics g(img);
-        g.FillRectangle(tagQKBrush::Solid(kRed), 2, 3, 4, 5);
-    }
-    EXPECT_EQ(img.pixel(2, 3), kRed);
-    EXPECT_EQ(img.pixel(5, 7), kRed);
-    EXPECT_EQ(Alpha(img, 6, 3), 0);
-    EXPECT_EQ(Alpha(img, 2, 8), 0);
-    EXPECT_EQ(Alpha(img, 1, 3), 0);
-    EXPECT_EQ(Alpha(img, 2, 2), 0);
+    const QImage img = Painted(20, 20, [](CQKGraphics& g) { g.FillRectangle(tagQKBrush::Solid(kRed), 2, 3, 4, 5); });
+    ExpectPixels(img, { { 2, 3, kRed }, { 5, 7, kRed }, { 6, 3, 0 }, { 2, 8, 0 }, { 1, 3, 0 }, { 2, 2, 0 } });
 }
 
 TEST(GraphicsTest, OnePixelOutlineTakesTheOuterRingOfItsBoxSmoothedOrNot)
 {
     for (int mode : { QKSmoothingDefault, QKSmoothingAntiAlias }) {
-        QImage img = Canvas(10, 8);
-        {
-            CQKGraphics g(img);
+        SCOPED_TRACE(mode);
+        const QImage img = Painted(10, 8, [mode](CQKGraphics& g) {
             g.SetSmoothingMode(mode);
             tagQKPen pen;
             pen.clr = kBlue;
             g.DrawRectangle(pen, 0, 0, 9, 7);
-        }
+        });
         // Full strength on the ring, nothing inside: a whole coordinate is a pixel's centre.
-        EXPECT_EQ(img.pixel(0, 0), kBlue) << mode;
-        EXPECT_EQ(img.pixel(9, 7), kBlue) << mode;
-        EXPECT_EQ(img.pixel(9, 0), kBlue) << mode;
-        EXPECT_EQ(img.pixel(4, 7), kBlue) << mode;
-        EXPECT_EQ(img.pixel(0, 4), kBlue) << mode;
-        EXPECT_EQ(Alpha(img, 1, 1), 0) << mode;
-        EXPECT_EQ(Alpha(img, 8, 6), 0) << mode;
+        ExpectPixels(img, { { 0, 0, kBlue }, { 9, 7, kBlue }, { 9, 0, kBlue }, { 4, 7, kBlue }, { 0, 4, kBlue }, { 1, 1, 0 }, { 8, 6, 0 } });
     }
 }
 
@@ -89,14 +95,12 @@ TEST(GraphicsTest, LineClosedOnItselfHasNoMiterSpike)
     path.CloseFigure();
     path.AddLine(20, 10, 16, 16);
     path.CloseFigure();
-    QImage img = Canvas(40, 30);
-    {
-        CQKGraphics g(img);
+    const QImage img = Painted(40, 30, [&path](CQKGraphics& g) {
         g.SetSmoothingMode(QKSmoothingHighQuality);
         tagQKPen pen;
         pen.fWidth = 2;
         g.DrawPath(pen, path);
-    }
+    });
     QRect ink;
     for (int y = 0; y < img.height(); ++y)
         for (int x = 0; x < img.width(); ++x)
@@ -111,41 +115,26 @@ TEST(GraphicsTest, LineClosedOnItselfHasNoMiterSpike)
 TEST(GraphicsTest, SmoothingModesTwoAndFourSoftenEdgesOthersDoNot)
 {
     for (int mode : { 0, 1, 2, 3, 4 }) {
-        QImage img = Canvas(30, 30);
-        {
-            CQKGraphics g(img);
+        const QImage img = Painted(30, 30, [mode](CQKGraphics& g) {
             g.SetSmoothingMode(mode);
             g.FillEllipse(tagQKBrush::Solid(kBlack), QRectF(3, 3, 23, 19));
-            tagQKPen pen;
-            g.DrawLine(pen, 0, 29, 29, 5);
-        }
-        const bool bSmooth = mode == 2 || mode == 4;
-        if (bSmooth)
-            EXPECT_GT(PartialPixels(img), 10) << "mode " << mode;
-        else
-            EXPECT_EQ(PartialPixels(img), 0) << "mode " << mode;
+            g.DrawLine(tagQKPen(), 0, 29, 29, 5);
+        });
+        EXPECT_EQ(PartialPixels(img) > 10, mode == 2 || mode == 4) << "mode " << mode;
+        EXPECT_EQ(PartialPixels(img) == 0, mode != 2 && mode != 4) << "mode " << mode;
     }
 }
 
 TEST(GraphicsTest, ClipCombineModesLimitWhereFillsLand)
 {
-    QImage img = Canvas(20, 20);
-    {
-        CQKGraphics g(img);
-        // Exclude alone: everything but the hole.
+    // Exclude alone: everything but the hole.
+    QImage img = Painted(20, 20, [](CQKGraphics& g) {
         g.SetClipRect(QRectF(5, 5, 10, 10), QKCombineExclude);
         g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 20, 20);
-    }
-    EXPECT_EQ(img.pixel(0, 0), kRed);
-    EXPECT_EQ(img.pixel(19, 19), kRed);
-    EXPECT_EQ(img.pixel(4, 10), kRed);
-    EXPECT_EQ(Alpha(img, 5, 5), 0);
-    EXPECT_EQ(Alpha(img, 14, 14), 0);
-
-    img = Canvas(20, 20);
-    {
-        CQKGraphics g(img);
-        // Replace, then exclude a part of it, then reset: the last fill reaches everything.
+    });
+    ExpectPixels(img, { { 0, 0, kRed }, { 19, 19, kRed }, { 4, 10, kRed }, { 5, 5, 0 }, { 14, 14, 0 } });
+    // Replace, then exclude a part of it, then reset: the last fill reaches everything.
+    img = Painted(20, 20, [](CQKGraphics& g) {
         g.SetClipRect(QRectF(0, 0, 10, 10));
         g.SetClipRect(QRectF(5, 5, 10, 10), QKCombineExclude);
         g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 20, 20);
@@ -153,23 +142,14 @@ TEST(GraphicsTest, ClipCombineModesLimitWhereFillsLand)
         g.ResetClip();
         EXPECT_FALSE(g.HasClip());
         g.FillRectangle(tagQKBrush::Solid(kBlue), 15, 15, 5, 5);
-    }
-    EXPECT_EQ(img.pixel(2, 2), kRed);
-    EXPECT_EQ(img.pixel(8, 2), kRed);
-    EXPECT_EQ(Alpha(img, 7, 7), 0);
-    EXPECT_EQ(Alpha(img, 12, 2), 0);
-    EXPECT_EQ(img.pixel(17, 17), kBlue);
-
-    img = Canvas(20, 20);
-    {
-        CQKGraphics g(img);
+    });
+    ExpectPixels(img, { { 2, 2, kRed }, { 8, 2, kRed }, { 7, 7, 0 }, { 12, 2, 0 }, { 17, 17, kBlue } });
+    img = Painted(20, 20, [](CQKGraphics& g) {
         g.SetClipRect(QRectF(0, 0, 10, 10));
         g.SetClipRect(QRectF(5, 5, 10, 10), QKCombineIntersect);
         g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 20, 20);
-    }
-    EXPECT_EQ(img.pixel(7, 7), kRed);
-    EXPECT_EQ(Alpha(img, 2, 2), 0);
-    EXPECT_EQ(Alpha(img, 12, 12), 0);
+    });
+    ExpectPixels(img, { { 7, 7, kRed }, { 2, 2, 0 }, { 12, 12, 0 } });
 }
 
 TEST(GraphicsTest, ClipByPathExcludesAPlusShape)
@@ -177,25 +157,17 @@ TEST(GraphicsTest, ClipByPathExcludesAPlusShape)
     // The plus of the full-screen face: a cross-shaped hole in a stroked box.
     CQKGraphicsPath plus;
     plus.AddPolygon({ { 9, 3 }, { 15, 3 }, { 15, 9 }, { 22, 9 }, { 22, 15 }, { 15, 15 }, { 15, 22 }, { 9, 22 }, { 9, 15 }, { 3, 15 }, { 3, 9 }, { 9, 9 } });
-    QImage img = Canvas(25, 25);
-    {
-        CQKGraphics g(img);
+    const QImage img = Painted(25, 25, [&plus](CQKGraphics& g) {
         g.SetClipPath(plus, QKCombineExclude);
         g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 25, 25);
-    }
-    EXPECT_EQ(Alpha(img, 12, 12), 0); // centre of the plus
-    EXPECT_EQ(Alpha(img, 12, 5), 0); // its upper arm
-    EXPECT_EQ(img.pixel(5, 5), kRed); // between the arms
-    EXPECT_EQ(img.pixel(20, 20), kRed);
+    });
+    // The centre and an arm of the plus stay empty; between the arms is filled.
+    ExpectPixels(img, { { 12, 12, 0 }, { 12, 5, 0 }, { 5, 5, kRed }, { 20, 20, kRed } });
 }
 
-TEST(GraphicsTest, LinearGradientRunsFromStartToEndColour)
+TEST(GraphicsTest, GradientsRunAlongTheirDirectionWithGammaAndWrap)
 {
-    QImage img = Canvas(101, 4);
-    {
-        CQKGraphics g(img);
-        g.FillRectangle(tagQKBrush::LinearRect(QRectF(0, 0, 101, 4), kRed, kBlue, QKGradientHorizontal), 0, 0, 101, 4);
-    }
+    QImage img = Painted(101, 4, [](CQKGraphics& g) { g.FillRectangle(tagQKBrush::LinearRect(QRectF(0, 0, 101, 4), kRed, kBlue, QKGradientHorizontal), 0, 0, 101, 4); });
     EXPECT_GT(At(img, 0, 1).red(), 245);
     EXPECT_LT(At(img, 0, 1).blue(), 10);
     EXPECT_GT(At(img, 100, 1).blue(), 245);
@@ -204,24 +176,11 @@ TEST(GraphicsTest, LinearGradientRunsFromStartToEndColour)
     EXPECT_NEAR(At(img, 50, 1).blue(), 128, 8);
 
     // Vertical: top to bottom, rows alike.
-    img = Canvas(4, 101);
-    {
-        CQKGraphics g(img);
-        g.FillRectangle(tagQKBrush::LinearRect(QRectF(0, 0, 4, 101), kWhite, kBlack, QKGradientVertical), 0, 0, 4, 101);
-    }
+    img = Painted(4, 101, [](CQKGraphics& g) { g.FillRectangle(tagQKBrush::LinearRect(QRectF(0, 0, 4, 101), kWhite, kBlack, QKGradientVertical), 0, 0, 4, 101); });
     EXPECT_GT(At(img, 2, 0).red(), 245);
     EXPECT_LT(At(img, 2, 100).red(), 10);
     EXPECT_EQ(img.pixel(0, 60), img.pixel(3, 60));
-}
-
-TEST(GraphicsTest, AngledGradientRunsAlongItsAngleAcrossTheWholeRectangle)
-{
-    auto fill = [](float angle) {
-        QImage img = Canvas(40, 20);
-        CQKGraphics g(img);
-        g.FillRectangle(tagQKBrush::LinearAngle(QRectF(0, 0, 40, 20), kWhite, kBlack, angle, QKWrapClamp), 0, 0, 40, 20);
-        return img;
-    };
+    auto fill = [](float angle) { return Painted(40, 20, [angle](CQKGraphics& g) { g.FillRectangle(tagQKBrush::LinearAngle(QRectF(0, 0, 40, 20), kWhite, kBlack, angle, QKWrapClamp), 0, 0, 40, 20); }); };
     const QImage down = fill(90); // top to bottom
     EXPECT_GT(At(down, 20, 0).red(), 240);
     EXPECT_LT(At(down, 20, 19).red(), 15);
@@ -234,33 +193,15 @@ TEST(GraphicsTest, AngledGradientRunsAlongItsAngleAcrossTheWholeRectangle)
     EXPECT_GT(At(diag, 0, 0).red(), 235);
     EXPECT_LT(At(diag, 39, 19).red(), 20);
     EXPECT_NEAR(At(diag, 20, 10).red(), 128, 12);
-}
-
-TEST(GraphicsTest, GammaCorrectedGradientIsBrighterInTheMiddle)
-{
     auto middle = [](bool bGamma) {
-        QImage img = Canvas(101, 2);
-        CQKGraphics g(img);
         tagQKBrush b = tagQKBrush::Linear(QPointF(0, 0), QPointF(101, 0), kBlack, kWhite);
         b.bGammaCorrection = bGamma;
-        g.FillRectangle(b, 0, 0, 101, 2);
-        return At(img, 50, 0).red();
+        return At(Painted(101, 2, [&b](CQKGraphics& g) { g.FillRectangle(b, 0, 0, 101, 2); }), 50, 0).red();
     };
-    const int plain = middle(false);
-    const int gamma = middle(true);
-    EXPECT_NEAR(plain, 128, 8);
+    EXPECT_NEAR(middle(false), 128, 8);
     // Half of the light of white is about 186 in stored values.
-    EXPECT_NEAR(gamma, 186, 10);
-}
-
-TEST(GraphicsTest, TiledGradientRepeatsBeyondItsRectangleAndClampDoesNot)
-{
-    auto fillWide = [](int nWrap) {
-        QImage img = Canvas(60, 2);
-        CQKGraphics g(img);
-        g.FillRectangle(tagQKBrush::Linear(QPointF(0, 0), QPointF(20, 0), kRed, kBlue, nWrap), 0, 0, 60, 2);
-        return img;
-    };
+    EXPECT_NEAR(middle(true), 186, 10);
+    auto fillWide = [](int nWrap) { return Painted(60, 2, [nWrap](CQKGraphics& g) { g.FillRectangle(tagQKBrush::Linear(QPointF(0, 0), QPointF(20, 0), kRed, kBlue, nWrap), 0, 0, 60, 2); }); };
     const QImage tiled = fillWide(QKWrapTile);
     EXPECT_GT(At(tiled, 21, 0).red(), 200); // starts over after its length
     const QImage clamped = fillWide(QKWrapClamp);
@@ -275,23 +216,17 @@ TEST(GraphicsTest, PictureDrawsAtAlphaAndFromItsSourceRectangle)
         for (int x = 10; x < 20; ++x)
             src.setPixel(x, y, 0xFF00FF00);
 
-    QImage img = Canvas(40, 40, kWhite);
-    {
-        CQKGraphics g(img);
-        // Half alpha over white.
+    const QImage img = Painted(
+        40, 40, [&src](CQKGraphics& g) {
+        // Half alpha over white; the right half of the source scaled up twice; alpha 0.
         g.DrawImage(src, QRectF(0, 0, 10, 10), QRectF(0, 0, 10, 10), 0.5f);
-        // The right half of the source, scaled up twice.
         g.DrawImage(src, QRectF(20, 20, 20, 20), QRectF(10, 0, 10, 10));
-        // Alpha 0 draws nothing.
-        g.DrawImage(src, QRectF(0, 20, 10, 10), QRectF(0, 0, 10, 10), 0.0f);
-    }
+        g.DrawImage(src, QRectF(0, 20, 10, 10), QRectF(0, 0, 10, 10), 0.0f); }, kWhite);
     const QColor half = At(img, 5, 5);
     EXPECT_EQ(half.red(), 255);
     EXPECT_NEAR(half.green(), 128, 3);
     EXPECT_NEAR(half.blue(), 128, 3);
-    EXPECT_EQ(img.pixel(30, 30), 0xFF00FF00u);
-    EXPECT_EQ(img.pixel(21, 21), 0xFF00FF00u);
-    EXPECT_EQ(img.pixel(5, 25), kWhite);
+    ExpectPixels(img, { { 30, 30, 0xFF00FF00u }, { 21, 21, 0xFF00FF00u }, { 5, 25, kWhite } });
 }
 
 namespace {
@@ -316,7 +251,7 @@ QImage Line(int w, int h, QPointF p1, QPointF p2, float fWidth, int nStartCap = 
 
 } // namespace
 
-TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePen)
+TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePenAndRoundCapsReachPastTheEnds)
 {
     // The "next" face: a 7-pixel line ending in an arrow head at its end point.
     const QImage img = Line(25, 25, { 5, 12 }, { 17, 12 }, 7, QKLineCapFlat, QKLineCapArrowAnchor, QKDashSolid, true);
@@ -336,10 +271,6 @@ TEST(GraphicsTest, ArrowAnchorCapDrawsAHeadWiderThanThePen)
     const QImage bar = Line(25, 25, { 5, 12 }, { 17, 12 }, 7);
     EXPECT_EQ(Alpha(bar, 6, 6), 0);
     EXPECT_EQ(Alpha(bar, 16, 9), 255);
-}
-
-TEST(GraphicsTest, RoundCapsReachPastTheEndsAndFlatCapsDoNot)
-{
     const QImage flat = Line(30, 20, { 10, 10 }, { 20, 10 }, 6);
     const QImage round = Line(30, 20, { 10, 10 }, { 20, 10 }, 6, QKLineCapRound, QKLineCapRound);
     EXPECT_EQ(Alpha(flat, 8, 10), 0);
@@ -369,21 +300,17 @@ TEST(GraphicsTest, DashStylesLeaveGapsAndGradientPensPaintWithTheirBrush)
 
 TEST(GraphicsTest, TranslateMovesDrawingButClipStaysInPicturePixels)
 {
-    QImage img = Canvas(20, 20);
-    {
-        CQKGraphics g(img);
+    const QImage img = Painted(20, 20, [](CQKGraphics& g) {
         g.SetClipRect(QRectF(0, 0, 10, 20));
         g.TranslateTransform(5, 0);
         g.FillRectangle(tagQKBrush::Solid(kRed), 0, 0, 10, 10);
         // A clip set while translated is moved with the drawing.
         g.SetClipRect(QRectF(0, 10, 2, 10), QKCombineUnion);
         g.FillRectangle(tagQKBrush::Solid(kBlue), -5, 10, 20, 10);
-    }
-    EXPECT_EQ(Alpha(img, 2, 2), 0); // left of the moved fill
-    EXPECT_EQ(img.pixel(6, 2), kRed);
-    EXPECT_EQ(Alpha(img, 12, 2), 0); // cut by the clip at 10
-    EXPECT_EQ(img.pixel(6, 15), kBlue); // inside the first clip
-    EXPECT_EQ(Alpha(img, 12, 15), 0); // outside both clips (the second is 5..7)
+    });
+    // Left of the moved fill, in it, cut by the clip at 10; inside the first clip, outside
+    // both (the second is 5..7).
+    ExpectPixels(img, { { 2, 2, 0 }, { 6, 2, kRed }, { 12, 2, 0 }, { 6, 15, kBlue }, { 12, 15, 0 } });
 }
 
 TEST(GraphicsTest, SaveAndRestoreBringBackSmoothingAndClip)
@@ -427,10 +354,5 @@ TEST(GraphicsTest, ColoursOfTheDataFilesBecomeArgb)
     EXPECT_EQ(QKBGRFromARGB(0x64332211), 0x00112233u);
     EXPECT_EQ(QKMakeARGB(1, 2, 3, 4), 0x01020304u);
     // Painted, the BGR colour comes out as the red, green and blue it names.
-    QImage img = Canvas(2, 2);
-    {
-        CQKGraphics g(img);
-        g.Clear(QKColorFromBGR(0x000080FF));
-    }
-    EXPECT_EQ(At(img, 1, 1), QColor(255, 128, 0));
+    EXPECT_EQ(At(Painted(2, 2, [](CQKGraphics& g) { g.Clear(QKColorFromBGR(0x000080FF)); }), 1, 1), QColor(255, 128, 0));
 }

@@ -169,18 +169,11 @@ TEST_F(HostInputTest, PlayerKeysBecomeTheirCommands)
         Qt::KeyboardModifiers mods;
         uint32_t cmd;
     } presses[] = {
-        { Qt::Key_O, Qt::ControlModifier, 26 },
-        { Qt::Key_Space, Qt::NoModifier, 21 },
-        { Qt::Key_F2, Qt::NoModifier, 25 },
-        { Qt::Key_Escape, Qt::NoModifier, 32 },
-        { Qt::Key_M, Qt::ControlModifier, 27 },
-        { Qt::Key_S, Qt::ControlModifier, 22 },
-        { Qt::Key_Left, Qt::ControlModifier, 23 },
-        { Qt::Key_Right, Qt::ControlModifier, 24 },
-        { Qt::Key_E, Qt::ControlModifier, 2 },
-        { Qt::Key_F3, Qt::NoModifier, 34 },
-        { Qt::Key_F4, Qt::NoModifier, 33 },
-        { Qt::Key_F5, Qt::NoModifier, 35 },
+        { Qt::Key_O, Qt::ControlModifier, 26 }, { Qt::Key_Space, Qt::NoModifier, 21 }, { Qt::Key_F2, Qt::NoModifier, 25 },
+        { Qt::Key_Escape, Qt::NoModifier, 32 }, { Qt::Key_M, Qt::ControlModifier, 27 }, { Qt::Key_S, Qt::ControlModifier, 22 },
+        { Qt::Key_Left, Qt::ControlModifier, 23 }, { Qt::Key_Right, Qt::ControlModifier, 24 },
+        { Qt::Key_E, Qt::ControlModifier, 2 }, { Qt::Key_F3, Qt::NoModifier, 34 }, { Qt::Key_F4, Qt::NoModifier, 33 },
+        { Qt::Key_F5, Qt::NoModifier, 35 }
     };
     std::vector<uint32_t> expected;
     for (const auto& p : presses) {
@@ -317,7 +310,6 @@ TEST_F(HostInputTest, DroppedLocalFilesArriveInOrder)
 
 TEST_F(HostInputTest, ActivationIsReported)
 {
-    QWindow* win = host.NativeWindow();
     QEvent deactivate(QEvent::WindowDeactivate);
     QCoreApplication::sendEvent(host.NativeWidget(), &deactivate);
     QEvent activate(QEvent::WindowActivate);
@@ -325,7 +317,6 @@ TEST_F(HostInputTest, ActivationIsReported)
     ASSERT_GE(host.vecActivate.size(), 2u);
     EXPECT_FALSE(host.vecActivate[host.vecActivate.size() - 2]);
     EXPECT_TRUE(host.vecActivate.back());
-    EXPECT_NE(win, nullptr);
 }
 
 TEST_F(HostInputTest, PopupClosesOnAPressOutsideAndKeepsTheMouseMeanwhile)

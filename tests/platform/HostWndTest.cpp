@@ -6,7 +6,6 @@
 #include <QImage>
 #include <QWidget>
 #include <QWindow>
-#include <atomic>
 #include <gtest/gtest.h>
 #include <memory>
 #include <thread>
@@ -14,11 +13,25 @@
 using orbeltest::HostDriver;
 using orbeltest::HostRecorder;
 
-TEST(HostWndTest, SentMessagesRunAtOncePostedOnesLaterInOrder)
+namespace {
+
+// A shown host of 40 by 30 at 100,100 with its records cleared.
+class HostWndTest : public ::testing::Test
 {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(host.CreateShown(QRect(100, 100, 40, 30)));
+        host.ClearRecords();
+    }
     HostRecorder host;
-    ASSERT_TRUE(host.CreateShown(QRect(100, 100, 50, 40)));
-    host.ClearRecords();
+    HostDriver driver { host };
+};
+
+} // namespace
+
+TEST_F(HostWndTest, SentMessagesRunAtOncePostedOnesLaterInOrder)
+{
     EXPECT_TRUE(host.PostMessage(WM_COMMAND, 21, 0));
     EXPECT_TRUE(host.PostMessage(QKM_SLIDERCHANGED, 7, 1));
     EXPECT_EQ(host.SendMessage(WM_COMMAND, 22, 0), 0);
@@ -33,19 +46,13 @@ TEST(HostWndTest, SentMessagesRunAtOncePostedOnesLaterInOrder)
     EXPECT_EQ(host.vecMessages[2].lParam, 1);
 }
 
-TEST(HostWndTest, MessagePostedFromAnotherThreadArrivesOnTheGuiThread)
+TEST_F(HostWndTest, MessagePostedFromAnotherThreadArrivesOnTheGuiThread)
 {
-    HostRecorder host;
-    ASSERT_TRUE(host.CreateShown(QRect(100, 100, 50, 40)));
-    host.ClearRecords();
-    std::atomic<bool> bPosted { false };
     std::thread engine([&] {
         for (int i = 0; i < 50; ++i)
             CQKHostWnd::PostMessage(&host, QKM_PLAYEND, static_cast<uintptr_t>(i), 0);
-        bPosted = true;
     });
     engine.join();
-    EXPECT_TRUE(bPosted);
     ASSERT_TRUE(HostDriver::WaitFor([&] { return host.vecMessages.size() == 50; }));
     for (size_t i = 0; i < 50; ++i) {
         EXPECT_EQ(host.vecMessages[i].msg, QKM_PLAYEND);
@@ -54,7 +61,7 @@ TEST(HostWndTest, MessagePostedFromAnotherThreadArrivesOnTheGuiThread)
     }
 }
 
-TEST(HostWndTest, PostingToAGoneHostFailsQuietly)
+TEST(HostWndLifetimeTest, PostingToAGoneHostFailsQuietly)
 {
     auto host = std::make_unique<HostRecorder>();
     ASSERT_TRUE(host->CreateShown(QRect(100, 100, 50, 40)));
@@ -74,11 +81,8 @@ TEST(HostWndTest, PostingToAGoneHostFailsQuietly)
     EXPECT_FALSE(CQKHostWnd::IsWindow(nullptr));
 }
 
-TEST(HostWndTest, TimersFireByNumberUntilKilled)
+TEST_F(HostWndTest, TimersFireByNumberUntilKilledAndRestartWhenSetAgain)
 {
-    HostRecorder host;
-    ASSERT_TRUE(host.CreateShown(QRect(100, 100, 50, 40)));
-    host.ClearRecords();
     EXPECT_TRUE(host.SetTimer(1, 20));
     EXPECT_TRUE(host.SetTimer(3, 20, true));
     EXPECT_TRUE(host.HasTimer(1));
@@ -93,12 +97,7 @@ TEST(HostWndTest, TimersFireByNumberUntilKilled)
     EXPECT_GT(count(3), 3);
     for (uint32_t id : host.vecTimers)
         EXPECT_TRUE(id == 1 || id == 3) << id;
-}
-
-TEST(HostWndTest, SettingATimerAgainRestartsItInsteadOfAddingOne)
-{
-    HostRecorder host;
-    ASSERT_TRUE(host.CreateShown(QRect(100, 100, 50, 40)));
+    host.KillTimer(3);
     host.ClearRecords();
     host.SetTimer(4, 100);
     host.SetTimer(4, 100);
@@ -115,11 +114,8 @@ TEST(HostWndTest, SettingATimerAgainRestartsItInsteadOfAddingOne)
     EXPECT_EQ(host.vecTimers, std::vector<uint32_t>({ 5 }));
 }
 
-TEST(HostWndTest, UpdateWindowFromImagePutsPixelsOnScreenAtOnce)
+TEST_F(HostWndTest, UpdateWindowFromImagePutsPixelsOnScreenAtOnce)
 {
-    HostRecorder host;
-    ASSERT_TRUE(host.CreateShown(QRect(100, 100, 40, 30)));
-    HostDriver driver(host);
     HostDriver::Pump(20);
     ASSERT_EQ(driver.Screen().pixel(20, 20), host.clrFill);
     const int paints = host.nPaints;
@@ -142,11 +138,8 @@ TEST(HostWndTest, UpdateWindowFromImagePutsPixelsOnScreenAtOnce)
     EXPECT_EQ(driver.Screen().pixel(39, 29), 0xFF00FF00u);
 }
 
-TEST(HostWndTest, InvalidateRectAsksForPixelsLater)
+TEST_F(HostWndTest, InvalidateRectAsksForPixelsLater)
 {
-    HostRecorder host;
-    ASSERT_TRUE(host.CreateShown(QRect(100, 100, 40, 30)));
-    HostDriver driver(host);
     HostDriver::Pump(20);
     const int paints = host.nPaints;
     host.clrFill = 0xFFFF0000;
@@ -163,7 +156,7 @@ TEST(HostWndTest, InvalidateRectAsksForPixelsLater)
     EXPECT_EQ(driver.Screen().pixel(5, 5), 0xFF0000FFu);
 }
 
-TEST(HostWndTest, DestroyingRunsOnDestroyOnceAndEndsTimersAndOwnedWindows)
+TEST(HostWndLifetimeTest, DestroyingRunsOnDestroyOnceAndEndsTimersAndOwnedWindows)
 {
     HostRecorder owner;
     ASSERT_TRUE(owner.CreateShown(QRect(100, 100, 80, 60)));
@@ -197,10 +190,8 @@ TEST(HostWndTest, DestroyingRunsOnDestroyOnceAndEndsTimersAndOwnedWindows)
     EXPECT_TRUE(owner.CreateShown(QRect(100, 100, 30, 30)));
 }
 
-TEST(HostWndTest, HostMayDestroyItselfInsideItsOwnHandler)
+TEST_F(HostWndTest, HostMayDestroyItselfInsideItsOwnHandler)
 {
-    HostRecorder host;
-    ASSERT_TRUE(host.CreateShown(QRect(100, 100, 40, 30)));
     host.onMessage = [&](uint32_t msg, uintptr_t, intptr_t) {
         if (msg == WM_COMMAND)
             host.DestroyWindow();
@@ -213,10 +204,8 @@ TEST(HostWndTest, HostMayDestroyItselfInsideItsOwnHandler)
     EXPECT_EQ(host.Commands(), std::vector<uint32_t>({ 2 }));
 }
 
-TEST(HostWndTest, CloseRequestGoesToTheHostWhichDecides)
+TEST_F(HostWndTest, CloseRequestGoesToTheHostWhichDecides)
 {
-    HostRecorder host;
-    ASSERT_TRUE(host.CreateShown(QRect(100, 100, 40, 30)));
     host.bCloseDestroys = false;
     host.NativeWidget()->close();
     EXPECT_EQ(host.nCloses, 1);
@@ -229,7 +218,7 @@ TEST(HostWndTest, CloseRequestGoesToTheHostWhichDecides)
     EXPECT_FALSE(host.IsWindow());
 }
 
-TEST(HostWndTest, ModalLoopReturnsTheResultGivenToEndModal)
+TEST(HostWndLifetimeTest, ModalLoopReturnsTheResultGivenToEndModal)
 {
     HostRecorder host;
     CQKHostCreate cs;
@@ -265,7 +254,7 @@ TEST(HostWndTest, ModalLoopReturnsTheResultGivenToEndModal)
     EXPECT_FALSE(menu.IsWindow());
 }
 
-TEST(HostWndTest, ClassNameTitleAndGeometryReachTheWindow)
+TEST(HostWndGeometryTest, ClassNameTitleAndGeometryReachTheWindow)
 {
     HostRecorder host;
     ASSERT_TRUE(host.CreateShown(QRect(120, 80, 64, 48), QKHS_FRAMELESS, QStringLiteral("QKOrbelPlayerGuiFrame")));
@@ -288,7 +277,7 @@ TEST(HostWndTest, ClassNameTitleAndGeometryReachTheWindow)
     EXPECT_TRUE(CQKHostWnd::GetPrimaryScreenRect().contains(CQKHostWnd::GetPrimaryWorkArea()));
 }
 
-TEST(HostWndTest, TopmostChangesKeepGeometryAndVisibility)
+TEST(HostWndGeometryTest, TopmostChangesKeepGeometryAndVisibility)
 {
     HostRecorder host;
     ASSERT_TRUE(host.CreateShown(QRect(150, 90, 60, 40)));
@@ -304,10 +293,8 @@ TEST(HostWndTest, TopmostChangesKeepGeometryAndVisibility)
     EXPECT_EQ(host.GetWindowRect(), QRect(150, 90, 60, 40));
 }
 
-TEST(HostWndTest, ShowCommandsAndStates)
+TEST_F(HostWndTest, ShowCommandsAndStates)
 {
-    HostRecorder host;
-    ASSERT_TRUE(host.CreateShown(QRect(100, 100, 40, 30)));
     EXPECT_TRUE(host.ShowWindow(SW_HIDE));
     EXPECT_FALSE(host.IsWindowVisible());
     EXPECT_FALSE(host.ShowWindow(SW_SHOWNOACTIVATE));

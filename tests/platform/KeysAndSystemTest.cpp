@@ -7,28 +7,19 @@
 
 TEST(KeysTest, QtKeysMapToTheirVirtualKeyCodes)
 {
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Space), 0x20u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Left), 0x25u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Up), 0x26u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Right), 0x27u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Down), 0x28u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Escape), 0x1Bu);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Return), 0x0Du);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Enter, Qt::KeypadModifier), 0x0Du);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Tab), 0x09u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Backtab, Qt::ShiftModifier), 0x09u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_F), 0x46u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_O, Qt::ShiftModifier), 0x4Fu);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_F1), 0x70u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_F5), 0x74u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_F12), 0x7Bu);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_7), 0x37u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_7, Qt::KeypadModifier), 0x67u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Delete), 0x2Eu);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_MediaTogglePlayPause), VK_MEDIA_PLAY_PAUSE);
     // Keys without a code reach nobody.
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_unknown), 0u);
-    EXPECT_EQ(QKVirtualKeyFromQt(Qt::Key_Launch0), 0u);
+    const struct
+    {
+        int key;
+        Qt::KeyboardModifiers mods;
+        uint32_t vk;
+    } cases[] = { { Qt::Key_Space, {}, 0x20 }, { Qt::Key_Left, {}, 0x25 }, { Qt::Key_Up, {}, 0x26 }, { Qt::Key_Right, {}, 0x27 }, { Qt::Key_Down, {}, 0x28 },
+        { Qt::Key_Escape, {}, 0x1B }, { Qt::Key_Return, {}, 0x0D }, { Qt::Key_Enter, Qt::KeypadModifier, 0x0D }, { Qt::Key_Tab, {}, 0x09 },
+        { Qt::Key_Backtab, Qt::ShiftModifier, 0x09 }, { Qt::Key_F, {}, 0x46 }, { Qt::Key_O, Qt::ShiftModifier, 0x4F }, { Qt::Key_F1, {}, 0x70 },
+        { Qt::Key_F5, {}, 0x74 }, { Qt::Key_F12, {}, 0x7B }, { Qt::Key_7, {}, 0x37 }, { Qt::Key_7, Qt::KeypadModifier, 0x67 }, { Qt::Key_Delete, {}, 0x2E },
+        { Qt::Key_MediaTogglePlayPause, {}, VK_MEDIA_PLAY_PAUSE }, { Qt::Key_unknown, {}, 0 }, { Qt::Key_Launch0, {}, 0 } };
+    for (const auto& c : cases)
+        EXPECT_EQ(QKVirtualKeyFromQt(c.key, c.mods), c.vk) << "key " << std::hex << c.key;
 }
 
 TEST(KeysTest, ModifiersBecomeAcceleratorFlags)

@@ -24,7 +24,7 @@ std::u16string Wide(const char* psz)
 
 } // namespace
 
-TEST(QKWideTextTest, AtoiMatchesTheCLibraryOnEverydayText)
+TEST(QKWideTextTest, IntegerReadsMatchTheCLibrary)
 {
     for (const char* psz : { "0", "42", "-17", "+5", "  \t\n12x", "7.9", "abc", "", "-", "--3", "0x10", " - 3", "2147483647", "-2147483648" })
         EXPECT_EQ(Atoi(Wide(psz).c_str()), std::atoi(psz)) << psz;
@@ -53,18 +53,10 @@ TEST(QKWideTextTest, AtofMatchesTheCLibraryAndIgnoresTheLocale)
         std::setlocale(LC_NUMERIC, "C");
     }
     EXPECT_EQ(Atof(nullptr), 0.0);
-}
-
-TEST(QKWideTextTest, ScanHexReadsBothCasesPrefixAndSign)
-{
-    EXPECT_EQ(ScanHex(u"FF8800"), 0xFF8800u);
-    EXPECT_EQ(ScanHex(u"ff8800"), 0xFF8800u);
-    EXPECT_EQ(ScanHex(u"0XaB"), 0xABu);
-    EXPECT_EQ(ScanHex(u"  12g4"), 0x12u);
-    EXPECT_EQ(ScanHex(u"-1"), 0xFFFFFFFFu);
-    EXPECT_EQ(ScanHex(u"123456789"), 0xFFFFFFFFu);
-    EXPECT_EQ(ScanHex(u"xyz"), 0u);
-    EXPECT_EQ(ScanHex(nullptr), 0u);
+    const std::pair<const char16_t*, uint32_t> cases[] = { { u"FF8800", 0xFF8800u }, { u"ff8800", 0xFF8800u }, { u"0XaB", 0xABu }, { u"  12g4", 0x12u },
+        { u"-1", 0xFFFFFFFFu }, { u"123456789", 0xFFFFFFFFu }, { u"xyz", 0u }, { nullptr, 0u } };
+    for (const auto& [psz, n] : cases)
+        EXPECT_EQ(ScanHex(psz), n) << (psz ? ToUtf8(psz) : "null");
 }
 
 TEST(QKWideTextTest, FormattingMatchesPercentDAndPercentG)

@@ -96,13 +96,10 @@ TEST(XmlNodeTest, TypedWritesUseTheFixedFormats)
     node.AddVolumeScaleAttribute(0.35);
     node.AddFloatAttribute(u"big", 1234567.0f);
     node.AddFloatAttribute(u"small", 1e-7f);
-    EXPECT_EQ(U8(node.GetAttribute(u"t", u"")), "true");
-    EXPECT_EQ(U8(node.GetAttribute(u"f", u"")), "false");
-    EXPECT_EQ(U8(node.GetAttribute(u"i", u"")), "-2147483648");
-    EXPECT_EQ(U8(node.GetAttribute(u"fl", u"")), "0.1");
-    EXPECT_EQ(U8(node.GetAttribute(u"dVolumeScale", u"")), "0.35");
-    EXPECT_EQ(U8(node.GetAttribute(u"big", u"")), "1.23457e+06");
-    EXPECT_EQ(U8(node.GetAttribute(u"small", u"")), "1e-07");
+    const std::pair<const char16_t*, const char*> written[] = { { u"t", "true" }, { u"f", "false" }, { u"i", "-2147483648" }, { u"fl", "0.1" },
+        { u"dVolumeScale", "0.35" }, { u"big", "1.23457e+06" }, { u"small", "1e-07" } };
+    for (const auto& [name, text] : written)
+        EXPECT_EQ(U8(node.GetAttribute(name, u"")), text) << U8(name);
 
     CQKXmlAttribute attr;
     attr.SetIntValue(42);
@@ -113,10 +110,16 @@ TEST(XmlNodeTest, TypedWritesUseTheFixedFormats)
     EXPECT_EQ(U8(attr.GetValue()), "100");
 }
 
-TEST(XmlNodeTest, BoolReadsTrueOnlyForTwoSpellings)
+TEST(XmlNodeTest, TypedReadsTakeWhatTheirFormAllowsElseTheDefault)
 {
+    // Bools are true for two spellings only; numbers read the leading number and garbage
+    // gives zero; arrays fill from commas and default the rest; enums give the first match.
     CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a a=\"true\" b=\"TRUE\" c=\"True\" d=\"1\" e=\"\" f=\"true \"/>"));
+    ASSERT_TRUE(LoadText(doc, u"<a a=\"true\" b=\"TRUE\" c=\"True\" d=\"1\" e=\"\" f=\"true \" "
+                              u"n1=\"42px\" n2=\"  -7\" n3=\"abc\" n4=\"99999999999\" n5=\"+3.9\" "
+                              u"h1=\"FF8800\" h2=\"0x1a\" h3=\"zz\" h4=\"ff\" "
+                              u"f1=\"0.5s\" f2=\"x\" f3=\"-1e3\" dVolumeScale=\"0.25\" "
+                              u"v=\"1, 2,,4x\" one=\"5\" empty=\"\" m=\"fit\" n=\"Fit\"/>"));
     CQKXmlNode* a = doc.FindChild(u"a");
     EXPECT_TRUE(a->GetBoolAttribute(u"a", false));
     EXPECT_TRUE(a->GetBoolAttribute(u"b", false));
@@ -124,39 +127,20 @@ TEST(XmlNodeTest, BoolReadsTrueOnlyForTwoSpellings)
         EXPECT_FALSE(a->GetBoolAttribute(name, true)) << U8(name);
     EXPECT_TRUE(a->GetBoolAttribute(u"absent", true));
     EXPECT_FALSE(a->GetBoolAttribute(nullptr, false));
-}
-
-TEST(XmlNodeTest, NumbersReadTheLeadingNumberAndGarbageGivesZero)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a n1=\"42px\" n2=\"  -7\" n3=\"abc\" n4=\"99999999999\" n5=\"+3.9\" "
-                              u"h1=\"FF8800\" h2=\"0x1a\" h3=\"zz\" h4=\"ff\" "
-                              u"f1=\"0.5s\" f2=\"x\" f3=\"-1e3\" dVolumeScale=\"0.25\"/>"));
-    CQKXmlNode* a = doc.FindChild(u"a");
-    EXPECT_EQ(a->GetIntAttribute(u"n1", -1), 42);
-    EXPECT_EQ(a->GetIntAttribute(u"n2", -1), -7);
-    EXPECT_EQ(a->GetIntAttribute(u"n3", -1), 0);
-    EXPECT_EQ(a->GetIntAttribute(u"n4", -1), 2147483647);
-    EXPECT_EQ(a->GetIntAttribute(u"n5", -1), 3);
-    EXPECT_EQ(a->GetIntAttribute(u"absent", -1), -1);
-    EXPECT_EQ(a->GetHexAttribute(u"h1", -1), 0xFF8800);
-    EXPECT_EQ(a->GetHexAttribute(u"h2", -1), 0x1A);
-    EXPECT_EQ(a->GetHexAttribute(u"h3", -1), 0);
-    EXPECT_EQ(a->GetHexAttribute(u"h4", -1), 0xFF);
-    EXPECT_EQ(a->GetHexAttribute(u"absent", -1), -1);
-    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"f1", -1.0f), 0.5f);
-    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"f2", -1.0f), 0.0f);
-    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"f3", -1.0f), -1000.0f);
-    EXPECT_FLOAT_EQ(a->GetFloatAttribute(u"absent", -1.0f), -1.0f);
+    auto ints = [a](auto read, std::initializer_list<const char16_t*> names) {
+        std::vector<int32_t> v;
+        for (const char16_t* name : names)
+            v.push_back((a->*read)(name, -1));
+        return v;
+    };
+    EXPECT_EQ(ints(&CQKXmlNode::GetIntAttribute, { u"n1", u"n2", u"n3", u"n4", u"n5", u"absent" }), (std::vector<int32_t> { 42, -7, 0, 2147483647, 3, -1 }));
+    EXPECT_EQ(ints(&CQKXmlNode::GetHexAttribute, { u"h1", u"h2", u"h3", u"h4", u"absent" }), (std::vector<int32_t> { 0xFF8800, 0x1A, 0, 0xFF, -1 }));
+    std::vector<float> floats;
+    for (const char16_t* name : { u"f1", u"f2", u"f3", u"absent" })
+        floats.push_back(a->GetFloatAttribute(name, -1.0f));
+    EXPECT_EQ(floats, (std::vector<float> { 0.5f, 0.0f, -1000.0f, -1.0f }));
     EXPECT_DOUBLE_EQ(a->GetVolumeScaleAttribute(1.0), 0.25);
     EXPECT_DOUBLE_EQ(doc.GetVolumeScaleAttribute(0.75), 0.75);
-}
-
-TEST(XmlNodeTest, IntArrayFillsFromCommasAndDefaultsTheRest)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a v=\"1, 2,,4x\" one=\"5\" empty=\"\"/>"));
-    CQKXmlNode* a = doc.FindChild(u"a");
     int32_t v[6];
     a->GetIntArrayAttribute(u"v", v, 6, 9);
     EXPECT_EQ(std::vector<int32_t>(v, v + 6), (std::vector<int32_t> { 1, 2, 0, 4, 9, 9 }));
@@ -170,13 +154,6 @@ TEST(XmlNodeTest, IntArrayFillsFromCommasAndDefaultsTheRest)
     EXPECT_EQ(std::vector<int32_t>(v, v + 3), (std::vector<int32_t> { 7, 7, 7 }));
     // The value itself is not cut by the reading.
     EXPECT_EQ(U8(a->GetAttribute(u"v", u"")), "1, 2,,4x");
-}
-
-TEST(XmlNodeTest, EnumGivesTheFirstMatchingIndexOrTheDefault)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a m=\"fit\" n=\"Fit\"/>"));
-    CQKXmlNode* a = doc.FindChild(u"a");
     const char16_t* table[] = { u"stretch", u"fit", u"fill", u"fit" };
     EXPECT_EQ(a->GetEnumAttribute(u"m", table, 4, -1), 1);
     EXPECT_EQ(a->GetEnumAttribute(u"n", table, 4, -1), -1) << "case matters";

@@ -18,94 +18,76 @@ CQKXmlNode* OnlyChild(const CQKXmlNode& node)
 
 } // namespace
 
-TEST(XmlParserTest, FilesTooShortForTextFailButMarkAndOneUnitLoads)
+TEST(XmlParserTest, ShortFilesAndTextWithoutTags)
 {
-    CQKXmlDocument doc;
-    EXPECT_FALSE(LoadBytes(doc, ""));
-    EXPECT_FALSE(LoadBytes(doc, "<"));
-    EXPECT_FALSE(LoadBytes(doc, std::string("<a", 2)));
-    EXPECT_FALSE(LoadBytes(doc, std::string("\xFF\xFE", 2)));
-    EXPECT_FALSE(LoadBytes(doc, std::string("\xFE\xFF", 2)));
-    EXPECT_FALSE(LoadBytes(doc, std::string("\xEF\xBB", 2)));
-    EXPECT_TRUE(LoadBytes(doc, std::string("\xFF\xFE\x41", 3)));
-    EXPECT_EQ(doc.GetChildCount(), 0);
-    EXPECT_TRUE(LoadBytes(doc, std::string("\xEF\xBB\xBF", 3)));
-    EXPECT_EQ(doc.GetChildCount(), 0);
-}
-
-TEST(XmlParserTest, TextWithoutTagsLoadsAsEmptyDocument)
-{
-    CQKXmlDocument doc;
-    EXPECT_TRUE(LoadText(doc, u"just some words > and more"));
-    EXPECT_EQ(doc.GetChildCount(), 0);
-    EXPECT_TRUE(LoadBytes(doc, "plain ascii without a mark"));
-    EXPECT_EQ(doc.GetChildCount(), 0);
-}
-
-TEST(XmlParserTest, AnyClosingTagClosesTheCurrentElement)
-{
-    CQKXmlDocument doc;
-    // The name behind "</" is never read, so only the depth counts.
-    EXPECT_FALSE(LoadText(doc, u"<a><b></a>"));
-    EXPECT_EQ(doc.GetChildCount(), 0) << "a failed load leaves nothing behind";
-    ASSERT_TRUE(LoadText(doc, u"<a><b/></x>"));
-    CQKXmlNode* a = OnlyChild(doc);
-    ASSERT_NE(a, nullptr);
-    EXPECT_EQ(U8(a->GetName()), "a");
-    ASSERT_NE(OnlyChild(*a), nullptr);
-    EXPECT_EQ(U8(OnlyChild(*a)->GetName()), "b");
-
-    ASSERT_TRUE(LoadText(doc, u"<a>text</b>"));
-    ASSERT_NE(OnlyChild(doc), nullptr);
-    EXPECT_EQ(U8(OnlyChild(doc)->GetValue()), "text");
-}
-
-TEST(XmlParserTest, FailsOnlyOnTopLevelCloseShortDeclarationAndOpenElements)
-{
-    CQKXmlDocument doc;
-    EXPECT_FALSE(LoadText(doc, u"</a>"));
-    EXPECT_FALSE(LoadText(doc, u"<a/></a>"));
-    EXPECT_FALSE(LoadText(doc, u"</a><b/><c>x</c>")) << "the parse stops at once, with nothing to close";
-    EXPECT_FALSE(LoadText(doc, u"<a>"));
-    EXPECT_FALSE(LoadText(doc, u"<a><b>x</b>"));
-    EXPECT_FALSE(LoadText(doc, u"<!x>"));
-    EXPECT_FALSE(LoadText(doc, u"<!abc>"));
-
-    // A five-unit declaration is long enough, and becomes a comment of what lies between.
-    ASSERT_TRUE(LoadText(doc, u"<!abcd>"));
-    CQKXmlNode* c = OnlyChild(doc);
-    ASSERT_NE(c, nullptr);
-    EXPECT_EQ(c->GetType(), CQKXmlNode::kTypeComment);
-    EXPECT_EQ(U8(c->GetName()), "");
-    ASSERT_TRUE(LoadText(doc, u"<!DOCTYPE x>"));
-    ASSERT_NE(OnlyChild(doc), nullptr);
-    EXPECT_EQ(OnlyChild(doc)->GetType(), CQKXmlNode::kTypeComment);
-    EXPECT_EQ(U8(OnlyChild(doc)->GetName()), "CTYPE");
-}
-
-TEST(XmlParserTest, EmptyTagOrUnterminatedCommentEndsTheParse)
-{
-    // At the top level the stop keeps what came before and drops the rest; inside an element
-    // it leaves the element open, which fails the load.
+    // Too short for text fails; a mark and one unit, or text without tags, is an empty document.
     const struct
     {
-        const char16_t* pszTop;
-        const char16_t* pszInside;
+        std::string bytes;
+        bool bLoads;
     } cases[] = {
-        { u"<a/> <> <b/>", u"<a><></a>" },
-        { u"<a/><!-- never closed <b/>", u"<a><!-- never closed </a>" },
-        { u"<a/><b", nullptr }, // a "<" without any ">" behind it
+        { "", false }, { "<", false }, { "<a", false }, { "\xFF\xFE", false }, { "\xFE\xFF", false }, { "\xEF\xBB", false },
+        { "\xFF\xFE\x41", true }, { "\xEF\xBB\xBF", true }, { "plain ascii without a mark", true },
+        { xmltest::Utf16Le(u"just some words > and more"), true }
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(U8(c.pszTop));
         CQKXmlDocument doc;
-        ASSERT_TRUE(LoadText(doc, c.pszTop));
-        ASSERT_EQ(doc.GetChildCount(), 1);
-        EXPECT_EQ(U8(OnlyChild(doc)->GetName()), "a");
-        if (c.pszInside) {
-            EXPECT_FALSE(LoadText(doc, c.pszInside));
-        }
+        EXPECT_EQ(LoadBytes(doc, c.bytes), c.bLoads) << c.bytes;
+        EXPECT_EQ(doc.GetChildCount(), 0) << c.bytes;
     }
+}
+
+TEST(XmlParserTest, HandEditedTextReadsAsTheWriterShowsIt)
+{
+    // What loads is shown by writing it out again; a failed load leaves nothing behind.
+    const struct
+    {
+        const char16_t* pszText;
+        const char* pszBody; // nullptr: the load fails
+    } cases[] = {
+        // Any closing tag closes the current element: its name is never read.
+        { u"<a><b></a>", nullptr }, { u"<a><b/></x>", "<a>\r\n\t<b/>\r\n</a>\r\n" }, { u"<a>text</b>", "<a>text</a>\r\n" },
+        // A close at the top level, an element left open or a declaration under five units fails.
+        { u"</a>", nullptr }, { u"<a/></a>", nullptr }, { u"</a><b/><c>x</c>", nullptr }, { u"<a>", nullptr },
+        { u"<a><b>x</b>", nullptr }, { u"<a >", nullptr }, { u"<!x>", nullptr }, { u"<!abc>", nullptr },
+        // A longer declaration becomes a comment of what lies between.
+        { u"<!abcd>", "<!---->\r\n" }, { u"<!DOCTYPE x>", "<!--CTYPE-->\r\n" },
+        // An empty tag, an unterminated comment or a "<" without ">" ends the parse: at the
+        // top level what came before stays; inside an element it is left open.
+        { u"<a/> <> <b/>", "<a/>\r\n" }, { u"<a/><!-- never closed <b/>", "<a/>\r\n" }, { u"<a/><b", "<a/>\r\n" },
+        { u"<a><></a>", nullptr }, { u"<a><!-- never closed </a>", nullptr },
+        // A raw ">" inside quotes ends the tag: the quote is unterminated, the attribute
+        // dropped and the element left open.
+        { u"<a b=\"1>2\"/>", nullptr }, { u"<a b=\"1>2\"/></a>", "<a>2\"/></a>\r\n" },
+        // An attribute takes the next quoted text whatever stands between; one without a
+        // quoted value is dropped, single quotes are no quotes, and a dropped name swallows
+        // the "/" unless the "/" stops it.
+        { u"<a b = \"1\" c \"2\" d e=\"3\" f=\"\"/>", "<a b=\"1\" c=\"2\" d=\"3\" f=\"\"/>\r\n" }, { u"<a f='4'/>", nullptr },
+        { u"<a f='4'></a>", "<a/>\r\n" }, { u"<a flag/>", "<a/>\r\n" }, { u"<a flag />", nullptr },
+        // Only the space separates, so line breaks and tabs join names.
+        { u"<a b=\"1\"\r\nc=\"2\"/>", "<a b=\"1\" \r\nc=\"2\"/>\r\n" }, { u"<a\tb=\"1\"/>", "<a\tb=\"1\"/>\r\n" },
+        // A "/" after the name closes the tag and skips the rest.
+        { u"<a/b><c x=\"1\" /><d x=\"2\"/>", "<a/>\r\n<c x=\"1\"/>\r\n<d x=\"2\"/>\r\n" },
+        // Duplicate attributes are kept. Names take letters outside ASCII, digits, "-", "." and
+        // ":"; quoted values take any unit but the quote, and comments any text.
+        { u"<a x=\"1\" x=\"2\"/>", "<a x=\"1\" x=\"2\"/>\r\n" },
+        { u"<\u00E9-1.b:c x_\u4E2D=\"&;:,.-_/=!?\t\u03A9\U0001F600\">\uFFFD /=! ?</\u00E9-1.b:c><!--c <>/=\"\u00E9-->",
+            "<\u00E9-1.b:c x_\u4E2D=\"&;:,.-_/=!?\t\u03A9\U0001F600\">\uFFFD /=! ?</\u00E9-1.b:c>\r\n<!--c <>/=\"\u00E9-->\r\n" },
+        // Element text is kept raw; mixed content loses its text.
+        { u"<a>\t two &lt; words \r\n</a><m> lost <b/> lost too </m><e></e>", "<a>\t two &lt; words \r\n</a>\r\n<m>\r\n\t<b/>\r\n</m>\r\n<e/>\r\n" },
+        // Declarations are ignored wherever they stand.
+        { u"<?xml version=\"9\" encoding=\"nonsense\"?><a><?pi?><b/></a><?x?>", "<a>\r\n\t<b/>\r\n</a>\r\n" }
+    };
+    for (const auto& c : cases) {
+        CQKXmlDocument doc;
+        EXPECT_EQ(LoadText(doc, c.pszText), c.pszBody != nullptr) << U8(c.pszText);
+        EXPECT_EQ(Body(doc), c.pszBody ? c.pszBody : "") << U8(c.pszText);
+    }
+    // The first of duplicate attributes is found; mixed content has no text.
+    CQKXmlDocument doc;
+    ASSERT_TRUE(LoadText(doc, u"<a x=\"1\" x=\"2\"> lost <b/> lost too </a>"));
+    EXPECT_EQ(doc.FindChild(u"a")->GetIntAttribute(u"x", 0), 1);
+    EXPECT_EQ(U8(doc.FindChild(u"a")->GetValue()), "");
 }
 
 TEST(XmlParserTest, CommentsKeepTheirTextAndAllowTagsInside)
@@ -128,97 +110,6 @@ TEST(XmlParserTest, CommentsKeepTheirTextAndAllowTagsInside)
     ASSERT_EQ(doc.GetChildCount(), 2);
     EXPECT_EQ(U8(doc.FindChild(u">x")->GetName()), ">x");
     EXPECT_EQ(doc.FindChild(u">x")->GetType(), CQKXmlNode::kTypeComment);
-}
-
-TEST(XmlParserTest, RawGreaterThanInsideQuotesEndsTheTag)
-{
-    CQKXmlDocument doc;
-    // The head ends at "1", the quote is unterminated, the attribute dropped, a left open.
-    EXPECT_FALSE(LoadText(doc, u"<a b=\"1>2\"/>"));
-    ASSERT_TRUE(LoadText(doc, u"<a b=\"1>2\"/></a>"));
-    CQKXmlNode* a = OnlyChild(doc);
-    ASSERT_NE(a, nullptr);
-    EXPECT_EQ(a->GetAttributeCount(), 0);
-    EXPECT_EQ(U8(a->GetValue()), "2\"/>");
-}
-
-TEST(XmlParserTest, AttributesTakeTheNextQuotedTextWhateverStandsBetween)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a b = \"1\" c \"2\" d e=\"3\" f=\"\"/>"));
-    CQKXmlNode* a = OnlyChild(doc);
-    ASSERT_NE(a, nullptr);
-    EXPECT_EQ(U8(a->GetAttribute(u"b", u"-")), "1");
-    EXPECT_EQ(U8(a->GetAttribute(u"c", u"-")), "2");
-    EXPECT_EQ(U8(a->GetAttribute(u"d", u"-")), "3");
-    EXPECT_EQ(a->FindAttribute(u"e"), nullptr);
-    EXPECT_EQ(U8(a->GetAttribute(u"f", u"-")), "");
-    EXPECT_EQ(a->GetChildCount(), 0);
-
-    // Single quotes are not quotes: the attribute is dropped, and with it the "/" that would
-    // have closed the tag is never reached.
-    EXPECT_FALSE(LoadText(doc, u"<a f='4'/>"));
-    ASSERT_TRUE(LoadText(doc, u"<a f='4'></a>"));
-    EXPECT_EQ(OnlyChild(doc)->GetAttributeCount(), 0);
-    // An attribute without any quoted value is dropped too; the tag closes only when the
-    // "/" stops the dropped name.
-    ASSERT_TRUE(LoadText(doc, u"<a flag/>"));
-    EXPECT_EQ(OnlyChild(doc)->GetAttributeCount(), 0);
-    EXPECT_FALSE(LoadText(doc, u"<a flag />"));
-}
-
-TEST(XmlParserTest, OnlyTheSpaceSeparatesSoLineBreaksJoinNames)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a b=\"1\"\r\nc=\"2\"/>"));
-    CQKXmlNode* a = OnlyChild(doc);
-    ASSERT_NE(a, nullptr);
-    EXPECT_EQ(a->FindAttribute(u"c"), nullptr);
-    EXPECT_EQ(U8(a->GetAttribute(u"\r\nc", u"-")), "2");
-
-    ASSERT_TRUE(LoadText(doc, u"<a\tb=\"1\"/>"));
-    EXPECT_EQ(U8(OnlyChild(doc)->GetName()), "a\tb=\"1\"");
-    EXPECT_EQ(OnlyChild(doc)->GetAttributeCount(), 0);
-}
-
-TEST(XmlParserTest, SlashAfterTheNameClosesTheTagAndSkipsTheRest)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a/b><c x=\"1\" /><d x=\"2\"/>"));
-    ASSERT_EQ(doc.GetChildCount(), 3);
-    EXPECT_EQ(U8(doc.FindChild(u"a")->GetName()), "a");
-    EXPECT_EQ(doc.FindChild(u"c")->GetIntAttribute(u"x", 0), 1);
-    EXPECT_EQ(doc.FindChild(u"d")->GetIntAttribute(u"x", 0), 2);
-    // A space and nothing else after the name leaves the element open.
-    EXPECT_FALSE(LoadText(doc, u"<a >"));
-}
-
-TEST(XmlParserTest, DuplicateAttributesAreKeptAndTheFirstIsFound)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a x=\"1\" x=\"2\"/>"));
-    CQKXmlNode* a = OnlyChild(doc);
-    EXPECT_EQ(a->GetAttributeCount(), 2);
-    EXPECT_EQ(a->GetIntAttribute(u"x", 0), 1);
-}
-
-TEST(XmlParserTest, ElementTextIsKeptRawAndMixedContentIsLost)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<a>\t two &lt; words \r\n</a><m> lost <b/> lost too </m><e></e>"));
-    EXPECT_EQ(U8(doc.FindChild(u"a")->GetValue()), "\t two &lt; words \r\n");
-    CQKXmlNode* m = doc.FindChild(u"m");
-    EXPECT_EQ(U8(m->GetValue()), "");
-    EXPECT_EQ(m->GetChildCount(), 1);
-    EXPECT_EQ(U8(doc.FindChild(u"e")->GetValue()), "");
-}
-
-TEST(XmlParserTest, DeclarationsAreIgnoredWherever)
-{
-    CQKXmlDocument doc;
-    ASSERT_TRUE(LoadText(doc, u"<?xml version=\"9\" encoding=\"nonsense\"?><a><?pi?><b/></a><?x?>"));
-    ASSERT_EQ(doc.GetChildCount(), 1);
-    EXPECT_EQ(doc.FindChild(u"a")->GetChildCount(), 1);
 }
 
 TEST(XmlParserTest, LoadedTextStaysInTheBufferUntilChanged)

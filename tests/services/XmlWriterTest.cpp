@@ -50,7 +50,7 @@ void BuildSample(CQKXmlDocument& doc)
     CQKXmlNode* list = doc.AddChild(u"list", CQKXmlNode::kTypeElement);
     list->AddChild(u"note", CQKXmlNode::kTypeComment);
     CQKXmlNode* file = list->AddChild(u"file", CQKXmlNode::kTypeElement);
-    file->SetValue(u"/media/a b.mkv");
+    file->SetValue(u"/media/a b\u00E9\u4E2D\U0001F600.mkv");
     CQKXmlNode* group = list->AddChild(u"group", CQKXmlNode::kTypeElement);
     group->AddChild(u"empty", CQKXmlNode::kTypeElement)->AddAttribute(u"v", u"");
 }
@@ -59,7 +59,7 @@ const char16_t kSampleText[] = u"<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n
                                u"<options dr=\"0\" ds=\"1\" dVolumeScale=\"0.5\"/>\r\n"
                                u"<list>\r\n"
                                u"\t<!--note-->\r\n"
-                               u"\t<file>/media/a b.mkv</file>\r\n"
+                               u"\t<file>/media/a b\u00E9\u4E2D\U0001F600.mkv</file>\r\n"
                                u"\t<group>\r\n"
                                u"\t\t<empty v=\"\"/>\r\n"
                                u"\t</group>\r\n"

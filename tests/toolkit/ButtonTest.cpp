@@ -11,16 +11,12 @@
 #include "toolkit/QKTheme.h"
 
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace toolkittest;
 
 namespace {
-
-constexpr uint32_t RGB(uint32_t r, uint32_t g, uint32_t b)
-{
-    return r | (g << 8) | (b << 16);
-}
 
 // A host of 200 by 100 with one button at 20,20,60,30 (id 41).
 class ButtonTest : public ::testing::Test
@@ -39,6 +35,16 @@ protected:
     {
         if (CQKHostWnd::GetCapture())
             CQKHostWnd::ReleaseCapture();
+    }
+    void PressAt(QPoint p)
+    {
+        host.input.Move(p);
+        host.input.Press(p);
+    }
+    void ClickAt(QPoint p)
+    {
+        host.input.Move(p);
+        host.input.Click(p);
     }
     size_t Clicks()
     {
@@ -68,14 +74,12 @@ protected:
 
 TEST_F(ButtonTest, HoverFollowsThePointerAndLeaveResets)
 {
-    host.input.Move(QPoint(5, 5));
-    EXPECT_EQ(button->nState, 0u);
-    host.input.Move(QPoint(30, 30));
-    EXPECT_EQ(button->nState, 1u);
-    host.input.Move(QPoint(79, 49)); // the last pixel inside
-    EXPECT_EQ(button->nState, 1u);
-    host.input.Move(QPoint(80, 49)); // the right edge is outside
-    EXPECT_EQ(button->nState, 0u);
+    // 79,49 is the last pixel inside; the right edge is outside.
+    const std::pair<QPoint, uint32_t> moves[] = { { QPoint(5, 5), 0u }, { QPoint(30, 30), 1u }, { QPoint(79, 49), 1u }, { QPoint(80, 49), 0u } };
+    for (const auto& [pt, state] : moves) {
+        host.input.Move(pt);
+        EXPECT_EQ(button->nState, state) << pt.x() << "," << pt.y();
+    }
     host.input.Move(QPoint(30, 30));
     host.input.Leave();
     EXPECT_EQ(button->nState, 0u);
@@ -84,8 +88,7 @@ TEST_F(ButtonTest, HoverFollowsThePointerAndLeaveResets)
 
 TEST_F(ButtonTest, PressAndReleaseInsideClicksOnce)
 {
-    host.input.Move(QPoint(30, 30));
-    host.input.Click(QPoint(30, 30));
+    ClickAt(QPoint(30, 30));
     ASSERT_EQ(Clicks(), 1u);
     const tagMessage m = host.Received(WM_COMMAND)[0];
     EXPECT_EQ(m.wParam, 41u);
@@ -98,8 +101,7 @@ TEST_F(ButtonTest, PressAndReleaseInsideClicksOnce)
 
 TEST_F(ButtonTest, PressDraggedOutAndReleasedOutsideDoesNotClick)
 {
-    host.input.Move(QPoint(30, 30));
-    host.input.Press(QPoint(30, 30));
+    PressAt(QPoint(30, 30));
     EXPECT_EQ(button->nState, 2u);
     EXPECT_EQ(CQKHostWnd::GetCapture(), &host);
     host.input.Move(QPoint(150, 80));
@@ -116,8 +118,7 @@ TEST_F(ButtonTest, PressDraggedOutAndReleasedOutsideDoesNotClick)
 
 TEST_F(ButtonTest, PressDraggedOutAndBackStillClicks)
 {
-    host.input.Move(QPoint(30, 30));
-    host.input.Press(QPoint(30, 30));
+    PressAt(QPoint(30, 30));
     host.input.Move(QPoint(150, 80));
     host.input.Move(QPoint(40, 40));
     EXPECT_EQ(button->nState, 2u);
@@ -132,8 +133,7 @@ TEST_F(ButtonTest, ReleaseOverAnotherControlClicksNeither)
     host.Manager()->AddControl(42, std::unique_ptr<CQKButton>(other), 0);
     other->MoveTo(120, 20, 60, 30, 0);
     // Pressed on the second control, released over the first (earlier in the list).
-    host.input.Move(QPoint(130, 30));
-    host.input.Press(QPoint(130, 30));
+    PressAt(QPoint(130, 30));
     host.input.Move(QPoint(30, 30));
     EXPECT_EQ(button->nState, 0u) << "no hover while another holds the press";
     host.input.Release(QPoint(30, 30));
@@ -144,47 +144,34 @@ TEST_F(ButtonTest, ReleaseOverAnotherControlClicksNeither)
 
 TEST_F(ButtonTest, RightReleaseOutsideEndsAHeldPress)
 {
-    host.input.Move(QPoint(30, 30));
-    host.input.Press(QPoint(30, 30));
+    PressAt(QPoint(30, 30));
     host.input.Release(QPoint(150, 80), Qt::RightButton);
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
     EXPECT_EQ(Clicks(), 0u);
 }
 
-TEST_F(ButtonTest, DisabledOrHiddenControlIgnoresTheMouse)
+TEST_F(ButtonTest, DisabledOrHiddenControlDropsHoverAndIgnoresTheMouse)
 {
-    button->Enable(0, 1);
-    host.input.Move(QPoint(30, 30));
-    host.input.Click(QPoint(30, 30));
-    EXPECT_EQ(button->nState, 0u);
-    EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
-    button->Enable(1, 1);
-    button->Show(0, 0);
-    host.input.Move(QPoint(30, 30));
-    host.input.Click(QPoint(30, 30));
-    EXPECT_EQ(button->nState, 0u);
+    const std::function<void(int)> ways[] = { [this](int b) { button->Enable(b, 1); }, [this](int b) { button->Show(b, 0); } };
+    for (const auto& set : ways) {
+        host.input.Move(QPoint(30, 30));
+        ASSERT_EQ(button->nState, 1u);
+        set(0);
+        EXPECT_EQ(button->nState, 0u) << "at once";
+        ClickAt(QPoint(31, 30));
+        EXPECT_EQ(button->nState, 0u);
+        EXPECT_EQ(CQKHostWnd::GetCapture(), nullptr);
+        set(1);
+        host.input.Move(QPoint(5, 5));
+    }
     EXPECT_EQ(Clicks(), 0u);
-}
-
-TEST_F(ButtonTest, DisablingOrHidingDropsHoverAtOnce)
-{
-    host.input.Move(QPoint(30, 30));
-    ASSERT_EQ(button->nState, 1u);
-    button->Enable(0, 0);
-    EXPECT_EQ(button->nState, 0u);
-    button->Enable(1, 0);
-    host.input.Move(QPoint(31, 30));
-    ASSERT_EQ(button->nState, 1u);
-    button->Show(0, 0);
-    EXPECT_EQ(button->nState, 0u);
 }
 
 TEST_F(ButtonTest, ZeroSizedControlTakesNoInputAndPaintsNothing)
 {
     button->MoveTo(20, 20, 0, 30, 0);
-    host.input.Move(QPoint(20, 20));
-    host.input.Click(QPoint(20, 20));
+    ClickAt(QPoint(20, 20));
     EXPECT_EQ(button->nState, 0u);
     EXPECT_EQ(Clicks(), 0u);
     const QImage red = Solid(4, 4, Qt::red);
@@ -273,19 +260,15 @@ TEST_F(ButtonTest, TwoFrameAndOneFrameStripsStretchAndShowDisabled)
     button->bEnabled = 0;
     image = PaintAlone(*button);
     EXPECT_LE(ColourDistance(PixelAt(image, 30, 15), QColor(128, 128, 128)), 2) << "half alpha over black";
-}
-
-TEST_F(ButtonTest, OtherFrameCountsDrawNoPicture)
-{
-    const QImage strip = Strip(10, 6, { Qt::red, Qt::red, Qt::red, Qt::red });
-    button->SetImage(&strip);
+    // Other frame counts draw no picture.
+    button->bEnabled = 1;
     for (uint32_t n : { 0u, 3u, 5u }) {
         button->nFrames = n;
-        EXPECT_EQ(BoxOf(PaintAlone(*button), Qt::red, 10), QRect()) << n << " frames";
+        EXPECT_EQ(BoxOf(PaintAlone(*button), Qt::white, 10), QRect()) << n << " frames";
     }
 }
 
-TEST_F(ButtonTest, SetImageKeepsACopyAndDoesNotRepaint)
+TEST_F(ButtonTest, SetImageKeepsACopyAndLoadImageReadsAFile)
 {
     QImage mine = Strip(10, 6, { Qt::red, Qt::green, Qt::blue, Qt::gray });
     button->SetImage(&mine);
@@ -296,10 +279,6 @@ TEST_F(ButtonTest, SetImageKeepsACopyAndDoesNotRepaint)
     EXPECT_FALSE(BoxOf(host.HostImage(), Qt::red, 10).isEmpty());
     button->SetImage(nullptr);
     EXPECT_FALSE(button->pImage);
-}
-
-TEST_F(ButtonTest, LoadImageReadsAFileAndForgetsAMissingOne)
-{
     app.WritePicture("pic.png", Solid(8, 2, Qt::blue));
     button->LoadImage(app.Path() + "pic.png");
     ASSERT_TRUE(button->pImage);
@@ -386,6 +365,27 @@ void SetFaceColours()
     g_UIColors.clrFaceHover = RGB(0, 0, 250);
 }
 
+// A face of one filled 10 by 10 square.
+std::unique_ptr<tagQKFace> SquareFace()
+{
+    auto face = std::make_unique<tagQKFace>();
+    face->layers[2].bFill = 1;
+    face->layers[2].pPath = std::make_unique<CQKGraphicsPath>();
+    face->layers[2].pPath->AddRectangle(QRectF(0, 0, 10, 10));
+    return face;
+}
+
+// The strongest value of one channel in the picture.
+int Brightest(const QImage& image, int (QColor::*channel)() const)
+{
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            n = std::max(n, (PixelAt(image, x, y).*channel)());
+    }
+    return n;
+}
+
 } // namespace
 
 TEST_F(ButtonTest, GlyphFaceIsCentredAndColouredByState)
@@ -414,14 +414,7 @@ TEST_F(ButtonTest, GlyphFaceIsCentredAndColouredByState)
     EXPECT_EQ(BoxWhere(down, blue), box.translated(1, 1)) << "a pressed face moves one pixel right and down";
     // The strength of a smoothed stroke is the same in both states, so the pressed one is
     // the darker by the darkening's share.
-    int nHoverMax = 0, nDownMax = 0;
-    for (int y = 0; y < 40; ++y) {
-        for (int x = 0; x < 40; ++x) {
-            nHoverMax = std::max(nHoverMax, PixelAt(hover, x, y).blue());
-            nDownMax = std::max(nDownMax, PixelAt(down, x, y).blue());
-        }
-    }
-    EXPECT_LT(nDownMax, nHoverMax - 8);
+    EXPECT_LT(Brightest(down, &QColor::blue), Brightest(hover, &QColor::blue) - 8);
 
     // Disabled: the midpoint of start and end, red and green alike here, at alpha 100.
     g_UIColors.clrFaceEnd = RGB(200, 0, 0);
@@ -431,20 +424,13 @@ TEST_F(ButtonTest, GlyphFaceIsCentredAndColouredByState)
     auto olive = [](QColor c) { return c.red() > 15 && std::abs(c.red() - c.green()) < 8 && c.blue() < 5; };
     EXPECT_EQ(BoxWhere(disabled, olive), box);
     EXPECT_EQ(BoxWhere(disabled, blue), QRect());
-    int nBrightest = 0;
-    for (int x = 0; x < 40; ++x)
-        nBrightest = std::max(nBrightest, PixelAt(disabled, x, 20).red());
-    EXPECT_LE(nBrightest, 100 * 100 / 255 + 2) << "at alpha 100";
+    EXPECT_LE(Brightest(disabled, &QColor::red), 100 * 100 / 255 + 2) << "at alpha 100";
 }
 
 TEST_F(ButtonTest, FilledFaceShowsTheExactStateColours)
 {
     SetFaceColours();
-    auto* face = new tagQKFace();
-    face->layers[2].bFill = 1;
-    face->layers[2].pPath = std::make_unique<CQKGraphicsPath>();
-    face->layers[2].pPath->AddRectangle(QRectF(0, 0, 10, 10));
-    button->AddFace(std::unique_ptr<tagQKFace>(face), true);
+    button->AddFace(SquareFace(), true);
     button->MoveTo(0, 0, 30, 30, 0);
     EXPECT_EQ(PixelAt(PaintAlone(*button), 15, 15), QColor(0, 200, 0));
     EXPECT_EQ(BoxOf(PaintAlone(*button), QColor(0, 200, 0), 0), QRect(10, 10, 10, 10)) << "centred";
@@ -468,10 +454,7 @@ TEST_F(ButtonTest, FilledFaceShowsTheExactStateColours)
 TEST_F(ButtonTest, FaceClipMovesWithTheFaceAndPathsStayPut)
 {
     SetFaceColours();
-    auto face = std::make_unique<tagQKFace>();
-    face->layers[2].bFill = 1;
-    face->layers[2].pPath = std::make_unique<CQKGraphicsPath>();
-    face->layers[2].pPath->AddRectangle(QRectF(0, 0, 10, 10));
+    auto face = SquareFace();
     // Only the left half of the square shows.
     face->layers[2].pClipPath = std::make_unique<CQKGraphicsPath>();
     face->layers[2].pClipPath->AddRectangle(QRectF(0, 0, 5, 10));
@@ -577,14 +560,7 @@ TEST_F(ButtonTest, TextIsColouredByStateAndNeedsItsFont)
     // The stems of "IIII" are solid: the brightest pixel is the text colour itself.
     auto brightest = [this] {
         const QImage image = PaintAlone(*button);
-        QColor best(Qt::black);
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (PixelAt(image, x, y).red() > best.red())
-                    best = PixelAt(image, x, y);
-            }
-        }
-        return best;
+        return QColor(Brightest(image, &QColor::red), Brightest(image, &QColor::green), Brightest(image, &QColor::blue));
     };
     const QRect normal = BoxOf(PaintAlone(*button), QColor(200, 0, 0), 30);
     ASSERT_FALSE(normal.isEmpty());

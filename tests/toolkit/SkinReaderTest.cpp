@@ -58,11 +58,6 @@ struct FakeControl : CQKButton
     bool bFinished { false };
 };
 
-CQKButton* MakeFake()
-{
-    return new FakeControl();
-}
-
 void FinishFake(CQKSkinReader& reader, const tinyxml2::XMLElement* pElement, CQKButton* pControl)
 {
     auto* p = static_cast<FakeControl*>(pControl);
@@ -73,17 +68,12 @@ void FinishFake(CQKSkinReader& reader, const tinyxml2::XMLElement* pElement, CQK
     p->bFinished = true;
 }
 
-void SetListHeight(CQKButton* pControl, int32_t n)
-{
-    static_cast<FakeControl*>(pControl)->nListHeight = n;
-}
-
 void RegisterFake(uint32_t kind)
 {
     tagQKControlKind k;
-    k.pfnCreate = MakeFake;
+    k.pfnCreate = []() -> CQKButton* { return new FakeControl(); };
     k.pfnFinishSkin = FinishFake;
-    k.pfnSetListHeight = SetListHeight;
+    k.pfnSetListHeight = [](CQKButton* p, int32_t n) { static_cast<FakeControl*>(p)->nListHeight = n; };
     QKRegisterControlKind(kind, k);
 }
 
@@ -105,10 +95,7 @@ TEST_F(SkinTest, MissingOrMalformedFileLeavesAWorkingWindowWithoutSkin)
     // The window paints the theme's ground.
     Manager().PaintAll();
     EXPECT_EQ(PixelAt(host.HostImage(), 10, 10), FromBGR(g_clrFace));
-}
-
-TEST_F(SkinTest, LoadSkinWantsALiveWindow)
-{
+    // Loading wants a live window.
     CQKUIManager lone;
     EXPECT_EQ(lone.LoadSkin(nullptr), 0);
     TestHost gone;
@@ -228,13 +215,9 @@ TEST_F(SkinTest, UnparseableNumbersRepeatTheLastNumberRead)
     ASSERT_EQ(g_vecFonts.size(), 1u);
     EXPECT_EQ(g_vecFonts[0]->nID, 7u) << "the scratch number lives across elements";
     EXPECT_EQ(g_vecFonts[0]->nSize, 15u);
-}
-
-TEST_F(SkinTest, ScratchNumberStartsAtZeroForEachLoad)
-{
-    ASSERT_EQ(Load(QStringLiteral("<skin><button x=\"12\"/></skin>")), 1);
+    // The scratch number starts at zero for each load, which adds the controls again.
     ASSERT_EQ(Load(QStringLiteral("<skin><button x=\"zz\"/></skin>")), 1);
-    ASSERT_EQ(Manager().Children().size(), 2u) << "a second load adds the controls again";
+    ASSERT_EQ(Manager().Children().size(), 2u);
     EXPECT_EQ(Control(1)->nX, 0);
 }
 
@@ -283,7 +266,7 @@ TEST_F(SkinTest, CheckAndRadioElementsMakeTheirControls)
     EXPECT_EQ(radio->nFontID, 3u);
 }
 
-TEST_F(SkinTest, ComboBoxHeightIsTheListPlusTwentyTwo)
+TEST_F(SkinTest, ComboBoxHeightAndRealAttributesOfRegisteredKinds)
 {
     RegisterFake(QKKIND_COMBOBOX);
     ASSERT_EQ(Load(QStringLiteral("<skin><combobox id=\"1\" height=\"200\"/><combobox id=\"2\" width=\"80\"/></skin>")), 1);
@@ -294,10 +277,6 @@ TEST_F(SkinTest, ComboBoxHeightIsTheListPlusTwentyTwo)
     EXPECT_EQ(withHeight->nListHeight, 178);
     EXPECT_EQ(without->nHeight, 0);
     EXPECT_EQ(without->nListHeight, 300);
-}
-
-TEST_F(SkinTest, RealAttributesShareTheScratchNumber)
-{
     RegisterFake(QKKIND_PROGRESS);
     RegisterFake(QKKIND_STATIC);
     ASSERT_EQ(Load(QStringLiteral("<skin><progress id=\"4\" minpos=\"2.5\" maxpos=\"x\" state=\"1\"><background>a.png</background><text>50%</text></progress>"

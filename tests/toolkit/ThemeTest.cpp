@@ -14,11 +14,6 @@ using namespace toolkittest;
 
 namespace {
 
-constexpr uint32_t RGB(uint32_t r, uint32_t g, uint32_t b)
-{
-    return r | (g << 8) | (b << 16);
-}
-
 const char* const kThemePath = "skin/uicolors/UIColors.uic";
 
 // A `color` element whose attribute NN holds RGB(NN, NN + 100, 7), so every field tells which
@@ -117,44 +112,33 @@ TEST(ThemeColoursTest, MissingOrUnreadableAttributesReadAsBlack)
     EXPECT_EQ(g_UIColors.clrFaceHover, 0u);
 }
 
-TEST(ThemeFontFileTest, MissingFileOrFlagKeepsArialWithoutOffsetOrSmoothing)
+TEST(ThemeFontFileTest, FlagSetsOffsetSmoothingAndAnInstalledFamilyElseArial)
 {
-    AppFolder app;
-    LoadBigFontFile();
-    EXPECT_EQ(g_strFontName, QStringLiteral("Arial"));
-    EXPECT_EQ(g_nFontOffset, 0);
-    EXPECT_EQ(g_bTextSmoothing, 0);
-    app.WriteUtf16("skin/usebigfont.dat", QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n<other offset=\"5\" smoothing=\"1\"/>\r\n"));
-    LoadBigFontFile();
-    EXPECT_EQ(g_nFontOffset, 0);
-    EXPECT_EQ(g_bTextSmoothing, 0);
-}
-
-TEST(ThemeFontFileTest, FlagSetsOffsetSmoothingAndAnInstalledFamily)
-{
-    AppFolder app;
     ASSERT_TRUE(QFontDatabase::hasFamily(QStringLiteral("DejaVu Sans")));
-    app.WriteUtf16("skin/usebigfont.dat", QStringLiteral("<flag offset=\"5\" smoothing=\"1\" fontname=\"DejaVu Sans\"/>"));
-    LoadBigFontFile();
-    EXPECT_EQ(g_nFontOffset, 5);
-    EXPECT_EQ(25 + g_nFontOffset, 30) << "menu metrics start from 30";
-    EXPECT_EQ(g_bTextSmoothing, 1);
-    EXPECT_EQ(g_strFontName, QStringLiteral("DejaVu Sans"));
-}
-
-TEST(ThemeFontFileTest, UnknownOrEmptyFamilyFallsBackToArial)
-{
-    AppFolder app;
-    app.WriteUtf16("skin/usebigfont.dat", QStringLiteral("<flag offset=\"-3\" fontname=\"No Such Family Anywhere\"/>"));
-    LoadBigFontFile();
-    EXPECT_EQ(g_strFontName, QStringLiteral("Arial"));
-    EXPECT_EQ(g_nFontOffset, -3);
-    EXPECT_EQ(g_bTextSmoothing, 0);
-
-    g_strFontName = QStringLiteral("Not Installed Either");
-    app.WriteUtf16("skin/usebigfont.dat", QStringLiteral("<flag fontname=\"\"/>"));
-    LoadBigFontFile();
-    EXPECT_EQ(g_strFontName, QStringLiteral("Arial")) << "the family check runs without a name in the file too";
+    // An unknown or empty family falls back to Arial, also when the file names none.
+    const struct
+    {
+        const char* pszFile; // nullptr: no file
+        const char* pszFamily;
+        int nOffset;
+        int bSmoothing;
+    } cases[] = {
+        { nullptr, "Arial", 0, 0 },
+        { "<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n<other offset=\"5\" smoothing=\"1\"/>\r\n", "Arial", 0, 0 },
+        { "<flag offset=\"5\" smoothing=\"1\" fontname=\"DejaVu Sans\"/>", "DejaVu Sans", 5, 1 },
+        { "<flag offset=\"-3\" fontname=\"No Such Family Anywhere\"/>", "Arial", -3, 0 },
+        { "<flag fontname=\"\"/>", "Arial", 0, 0 }
+    };
+    for (const auto& c : cases) {
+        AppFolder app;
+        g_strFontName = QStringLiteral("Not Installed Either");
+        if (c.pszFile)
+            app.WriteUtf16("skin/usebigfont.dat", QString::fromUtf8(c.pszFile));
+        LoadBigFontFile();
+        EXPECT_EQ(g_strFontName, QString::fromUtf8(c.pszFamily)) << (c.pszFile ? c.pszFile : "no file");
+        EXPECT_EQ(g_nFontOffset, c.nOffset) << (c.pszFile ? c.pszFile : "no file");
+        EXPECT_EQ(g_bTextSmoothing, c.bSmoothing) << (c.pszFile ? c.pszFile : "no file");
+    }
 }
 
 TEST(ThemeArithmeticTest, MixTruncatesPerChannelAndDarkenStopsAtZero)

@@ -33,20 +33,24 @@ QString AppFolder::Path() const
     return dir.path() + QLatin1Char('/');
 }
 
+// The full path of a file in the folder, with the folders above it made.
+static QString MadePath(const AppFolder& app, const QString& relative)
+{
+    const QString path = app.Path() + relative;
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    return path;
+}
+
 void AppFolder::WriteBytes(const QString& relative, const QByteArray& bytes)
 {
-    const QString path = Path() + relative;
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile f(path);
+    QFile f(MadePath(*this, relative));
     if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
         f.write(bytes);
 }
 
 void AppFolder::WriteUtf16(const QString& relative, const QString& text)
 {
-    const QString path = Path() + relative;
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    orbeltest::WriteWideFile(path, text);
+    orbeltest::WriteWideFile(MadePath(*this, relative), text);
 }
 
 void AppFolder::WriteUtf8(const QString& relative, const QString& text)
@@ -56,9 +60,7 @@ void AppFolder::WriteUtf8(const QString& relative, const QString& text)
 
 void AppFolder::WritePicture(const QString& relative, const QImage& image)
 {
-    const QString path = Path() + relative;
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    image.save(path, "PNG");
+    image.save(MadePath(*this, relative), "PNG");
 }
 
 bool TestHost::Open(int w, int h)
@@ -147,27 +149,14 @@ QColor FromBGR(uint32_t clr)
     return QColor(static_cast<int>(clr & 0xFF), static_cast<int>((clr >> 8) & 0xFF), static_cast<int>((clr >> 16) & 0xFF));
 }
 
-QRect BoxWhere(const QImage& image, const std::function<bool(QColor)>& test)
-{
-    QRect box;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (test(PixelAt(image, x, y)))
-                box |= QRect(x, y, 1, 1);
-        }
-    }
-    return box;
-}
+namespace {
 
-QRect BoxOf(const QImage& image, QColor c, int tolerance, QRect area)
+QRect BoxIn(const QImage& image, QRect area, const std::function<bool(QColor)>& test)
 {
-    if (area.isNull())
-        area = image.rect();
-    area = area.intersected(image.rect());
     int l = INT32_MAX, t = INT32_MAX, r = -1, b = -1;
     for (int y = area.top(); y <= area.bottom(); ++y) {
         for (int x = area.left(); x <= area.right(); ++x) {
-            if (ColourDistance(PixelAt(image, x, y), c) <= tolerance) {
+            if (test(PixelAt(image, x, y))) {
                 l = std::min(l, x);
                 t = std::min(t, y);
                 r = std::max(r, x);
@@ -175,9 +164,20 @@ QRect BoxOf(const QImage& image, QColor c, int tolerance, QRect area)
             }
         }
     }
-    if (r < 0)
-        return QRect();
-    return QRect(QPoint(l, t), QPoint(r, b));
+    return r < 0 ? QRect() : QRect(QPoint(l, t), QPoint(r, b));
+}
+
+} // namespace
+
+QRect BoxWhere(const QImage& image, const std::function<bool(QColor)>& test)
+{
+    return BoxIn(image, image.rect(), test);
+}
+
+QRect BoxOf(const QImage& image, QColor c, int tolerance, QRect area)
+{
+    area = (area.isNull() ? image.rect() : area).intersected(image.rect());
+    return BoxIn(image, area, [&](QColor p) { return ColourDistance(p, c) <= tolerance; });
 }
 
 } // namespace toolkittest

@@ -73,6 +73,11 @@ private:
 };
 
 // Appends a font record of the family "DejaVu Sans" to the font table.
+// A colour of the data files: red in the low byte.
+constexpr uint32_t RGB(uint32_t r, uint32_t g, uint32_t b)
+{
+    return r | (g << 8) | (b << 16);
+}
 void AddFont(uint32_t nID, uint32_t nSize);
 // A plain ARGB picture filled with one colour.
 QImage Solid(int w, int h, QColor c);
