@@ -232,9 +232,9 @@ TEST(PlaybackTest, FilesThatCannotPlayEndPlayWithoutMessage)
     EXPECT_EQ(qkplaydll_Play("", nullptr, nullptr, 1524, 1, 0.0, 0, 0, 0), 0);
 }
 
-TEST(PlaybackTest, PathMustFitTheBufferOf2048Bytes)
+TEST(PlaybackTest, PathMustFitTheSystemsLimit)
 {
-    // The same file named with enough "./" to make its name 2047 bytes long plays; one byte
+    // The same file named with enough "./" to make its name one byte shorter than the limit plays; one byte
     // more is refused. The refused buffer has no terminator at all: reading past it would be
     // caught by the sanitizer build.
     std::string strFile = Clip(3.0);
@@ -242,22 +242,22 @@ TEST(PlaybackTest, PathMustFitTheBufferOf2048Bytes)
     std::string strLong = strFile;
     size_t nSlash = strLong.rfind('/');
     std::string strPad;
-    while (strLong.size() + strPad.size() + 2 <= 2047)
+    while (strLong.size() + strPad.size() + 2 <= (QKPLAY_MAX_PATH - 1))
         strPad += "./";
     strLong.insert(nSlash + 1, strPad);
-    if (strLong.size() < 2047)
-        strLong.insert(nSlash + 1, std::string(2047 - strLong.size(), '/'));
-    ASSERT_EQ(strLong.size(), 2047u);
+    if (strLong.size() < (QKPLAY_MAX_PATH - 1))
+        strLong.insert(nSlash + 1, std::string(static_cast<size_t>(QKPLAY_MAX_PATH - 1) - strLong.size(), '/'));
+    ASSERT_EQ(strLong.size(), static_cast<size_t>(QKPLAY_MAX_PATH - 1));
 
     PlaySession session;
     session.Start(strLong);
-    EXPECT_TRUE(session.WaitReady()) << "a name of 2047 bytes fits";
+    EXPECT_TRUE(session.WaitReady()) << "a name just inside the limit fits";
     qkplaydll_Stop();
     ASSERT_TRUE(session.Join());
     EXPECT_EQ(session.Result(), 1);
 
-    auto pBuffer = std::make_unique<char[]>(2048);
-    std::memset(pBuffer.get(), '/', 2048);
+    auto pBuffer = std::make_unique<char[]>(QKPLAY_MAX_PATH);
+    std::memset(pBuffer.get(), '/', QKPLAY_MAX_PATH);
     auto tStart = std::chrono::steady_clock::now();
     EXPECT_EQ(qkplaydll_Play(pBuffer.get(), nullptr, nullptr, 1524, 1, 0.0, 0, 0, 0), 0);
     EXPECT_LT(std::chrono::steady_clock::now() - tStart, 100ms);
