@@ -53,20 +53,14 @@ protected:
 
 TEST_F(StaticLinkTest, StaticTextIsAlignedAndClippedToItsRectangle)
 {
+    // Left is the static's default and any value past 2 centres; with no width nothing shows.
     CQKStatic* label = AddStatic(QStringLiteral("Label"), QRect(20, 20, 160, 24));
     struct Case
     {
         uint32_t nAlign;
         int nWidth;
         int nLeftMin, nLeftMax, nRightMin, nRightMax; // the text's box; none when max < min
-    } cases[] = {
-        { 0, 160, 20, 23, 40, 80 }, // left is the static's default
-        { 1, 160, 120, 160, 175, 179 },
-        { 2, 160, 70, 90, 110, 130 },
-        { 7, 160, 70, 90, 110, 130 }, // any other value centres
-        { 0, 0, 0, -1, 0, -1 }, // no width: nothing at all
-        { 0, -5, 0, -1, 0, -1 },
-    };
+    } cases[] = { { 0, 160, 20, 23, 40, 80 }, { 1, 160, 120, 160, 175, 179 }, { 2, 160, 70, 90, 110, 130 }, { 7, 160, 70, 90, 110, 130 }, { 0, 0, 0, -1, 0, -1 }, { 0, -5, 0, -1, 0, -1 } };
     for (const Case& c : cases) {
         label->nTextAlign = c.nAlign;
         label->nWidth = c.nWidth;

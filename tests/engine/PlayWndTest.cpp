@@ -17,6 +17,7 @@
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
+#include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -97,6 +98,18 @@ protected:
         return [want](const QImage& image) { return IsColor(PixelAt(image, 0.5, 0.5), want); };
     }
 
+    // Plays `clip` in the surface until its picture shows `want` in the middle.
+    bool PlayUntil(PlaySession& session, const QString& clip, Rgb want)
+    {
+        session.Start(TestMedia::Utf8(clip), surface.VideoTarget());
+        return WaitForPicture(Centre(want));
+    }
+    static void StopAndJoin(PlaySession& session)
+    {
+        qkplaydll_Stop();
+        EXPECT_TRUE(session.Join());
+    }
+
     HostRecorder host;
     CQKPlayWnd surface;
 };
@@ -158,36 +171,19 @@ TEST_F(PlayWndTest, ClicksOnThePictureReachTheHost)
     p.start(QStringLiteral("xdotool"), { "mousemove", QString::number(pt.x()), QString::number(pt.y()), "click", "1" });
     ASSERT_TRUE(p.waitForFinished(5000));
     ASSERT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
-    ASSERT_TRUE(HostDriver::WaitFor([&] {
-        for (const auto& m : host.vecMouse)
-            if (m.msg == WM_LBUTTONUP)
-                return true;
-        return false;
-    }));
-    bool bDown = false;
-    for (const auto& m : host.vecMouse)
-        if (m.msg == WM_LBUTTONDOWN) {
-            bDown = true;
-            EXPECT_EQ(m.pt, kSurfaceRect.center());
-        }
-    EXPECT_TRUE(bDown);
+    auto has = [&](uint32_t nMsg) { return std::ranges::any_of(host.vecMouse, [&](const auto& m) { return m.msg == nMsg && m.pt == kSurfaceRect.center(); }); };
+    ASSERT_TRUE(HostDriver::WaitFor([&] { return has(WM_LBUTTONUP); }));
+    EXPECT_TRUE(has(WM_LBUTTONDOWN));
 }
 
 TEST_F(PlayWndTest, ShowsTheColourOfTheClip)
 {
     ShowSurface();
-    const struct
-    {
-        const char* pszColor;
-        Rgb rgb;
-    } clips[] = { { "red", { 255, 0, 0 } }, { "blue", { 0, 0, 255 } } };
-    for (const auto& clip : clips) {
-        SCOPED_TRACE(clip.pszColor);
+    for (const auto& [pszColor, rgb] : { std::pair<const char*, Rgb> { "red", { 255, 0, 0 } }, { "blue", { 0, 0, 255 } } }) {
+        SCOPED_TRACE(pszColor);
         PlaySession session;
-        session.Start(TestMedia::Utf8(TestMedia::SolidColor(clip.pszColor, 3.0)), surface.VideoTarget());
-        EXPECT_TRUE(WaitForPicture(Centre(clip.rgb))) << "centre " << Text(PixelAt(Grab(), 0.5, 0.5));
-        qkplaydll_Stop();
-        ASSERT_TRUE(session.Join());
+        EXPECT_TRUE(PlayUntil(session, TestMedia::SolidColor(pszColor, 3.0), rgb)) << "centre " << Text(PixelAt(Grab(), 0.5, 0.5));
+        StopAndJoin(session);
     }
     // After the stop the surface goes black again.
     EXPECT_TRUE(WaitForPicture(Centre({ 0, 0, 0 })));
@@ -199,27 +195,19 @@ TEST_F(PlayWndTest, WindowsOfTheProgramShowAboveThePicture)
     // of the picture and nothing else.
     ShowSurface();
     PlaySession session;
-    session.Start(TestMedia::Utf8(TestMedia::SolidColor("red", 3.0)), surface.VideoTarget());
-    ASSERT_TRUE(WaitForPicture(Centre({ 255, 0, 0 })));
-    struct
-    {
-        const char* pszKind;
-        uint32_t nStyle;
-    } kinds[] = { { "tool window", QKHS_FRAMELESS | QKHS_TOOL }, { "tip", QKHS_FRAMELESS | QKHS_TIPWINDOW } };
-    for (const auto& kind : kinds) {
-        SCOPED_TRACE(kind.pszKind);
+    ASSERT_TRUE(PlayUntil(session, TestMedia::SolidColor("red", 3.0), { 255, 0, 0 }));
+    for (const auto& [pszKind, nStyle] : { std::pair<const char*, uint32_t> { "tool window", QKHS_FRAMELESS | QKHS_TOOL }, { "tip", QKHS_FRAMELESS | QKHS_TIPWINDOW } }) {
+        SCOPED_TRACE(pszKind);
         HostRecorder over;
         over.clrFill = 0xFF10E010; // green
-        const QPoint ptSurface = host.NativeWidget()->mapToGlobal(kSurfaceRect.topLeft());
-        ASSERT_TRUE(over.CreateShown(QRect(ptSurface + QPoint(40, 30), QSize(60, 40)), kind.nStyle));
         const QRect rcOver(kSurfaceRect.topLeft() + QPoint(40, 30), QSize(60, 40));
+        ASSERT_TRUE(over.CreateShown(QRect(host.NativeWidget()->mapToGlobal(rcOver.topLeft()), rcOver.size()), nStyle));
         EXPECT_TRUE(WaitForPicture(Centre({ 0x10, 0xE0, 0x10 }), rcOver)) << Text(PixelAt(Grab(rcOver), 0.5, 0.5));
         // The picture goes on around it.
         EXPECT_TRUE(IsColor(PixelAt(Grab(), 0.05, 0.05), { 255, 0, 0 })) << Text(PixelAt(Grab(), 0.05, 0.05));
         over.DestroyWindow();
     }
-    qkplaydll_Stop();
-    EXPECT_TRUE(session.Join());
+    StopAndJoin(session);
 }
 
 TEST_F(PlayWndTest, PictureIsUprightAndFillsTheSurface)
@@ -239,8 +227,7 @@ TEST_F(PlayWndTest, PictureIsUprightAndFillsTheSurface)
             && IsColor(PixelAt(image, 0.05, 0.05), { 255, 0, 0 }) && IsColor(PixelAt(image, 0.95, 0.95), { 0, 0, 255 });
     })) << "top "
         << Text(PixelAt(Grab(), 0.5, 0.2)) << " bottom " << Text(PixelAt(Grab(), 0.5, 0.8));
-    qkplaydll_Stop();
-    EXPECT_TRUE(session.Join());
+    StopAndJoin(session);
 }
 
 TEST_F(PlayWndTest, ColourOffsetsChangeThePictureWhilePlaying)
@@ -259,25 +246,18 @@ TEST_F(PlayWndTest, ColourOffsetsChangeThePictureWhilePlaying)
     EXPECT_TRUE(WaitForPicture(grey(190, 255))) << "brighter: " << Text(PixelAt(Grab(), 0.5, 0.5));
     qkplaydll_AdjustColor(0, 0, 0);
     EXPECT_TRUE(WaitForPicture(grey(110, 150))) << "back: " << Text(PixelAt(Grab(), 0.5, 0.5));
-    qkplaydll_Stop();
-    EXPECT_TRUE(session.Join());
+    StopAndJoin(session);
 }
 
 TEST_F(PlayWndTest, EndingWhilePlayingDetachesAndLeavesPlaybackControllable)
 {
     // The surface ends by itself, or with the main window before the surface object goes.
-    const struct
-    {
-        const char* pszHow;
-        bool bHostFirst;
-    } ways[] = { { "Destroy", false }, { "host destroyed first", true } };
-    for (const auto& way : ways) {
-        SCOPED_TRACE(way.pszHow);
+    for (bool bHostFirst : { false, true }) {
+        SCOPED_TRACE(bHostFirst ? "host destroyed first" : "Destroy");
         ShowSurface();
         PlaySession session;
-        session.Start(TestMedia::Utf8(TestMedia::SolidColor("red", 3.0)), surface.VideoTarget());
-        ASSERT_TRUE(WaitForPicture(Centre({ 255, 0, 0 })));
-        if (way.bHostFirst)
+        ASSERT_TRUE(PlayUntil(session, TestMedia::SolidColor("red", 3.0), { 255, 0, 0 }));
+        if (bHostFirst)
             host.DestroyWindow();
         else
             surface.Destroy();
@@ -285,8 +265,7 @@ TEST_F(PlayWndTest, EndingWhilePlayingDetachesAndLeavesPlaybackControllable)
         EXPECT_FALSE(surface.IsWindow());
         EXPECT_EQ(surface.NativeWidget(), nullptr);
         EXPECT_EQ(surface.NativeWindow(), nullptr);
-        qkplaydll_Stop();
-        EXPECT_TRUE(session.Join());
+        StopAndJoin(session);
 
         // Detached: a new surface attaches and shows the next file.
         if (!host.NativeWidget()) {
@@ -295,9 +274,7 @@ TEST_F(PlayWndTest, EndingWhilePlayingDetachesAndLeavesPlaybackControllable)
         ASSERT_TRUE(surface.Create(&host));
         ShowSurface();
         PlaySession again;
-        again.Start(TestMedia::Utf8(TestMedia::SolidColor("blue", 3.0)), surface.VideoTarget());
-        EXPECT_TRUE(WaitForPicture(Centre({ 0, 0, 255 })));
-        qkplaydll_Stop();
-        EXPECT_TRUE(again.Join());
+        EXPECT_TRUE(PlayUntil(again, TestMedia::SolidColor("blue", 3.0), { 0, 0, 255 }));
+        StopAndJoin(again);
     }
 }

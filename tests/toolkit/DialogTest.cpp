@@ -134,14 +134,10 @@ TEST_F(DialogTest, ButtonsAndCrossGiveTheirResults)
         bool bCross;
         int nResult;
     };
-    const Case cases[] = {
-        { 4, QPoint(-75 + 30, -30 + 10), false, 6 }, // Yes, after the fade
-        { 4, QPoint(-150 + 30, -30 + 10), false, 7 }, // No
-        { 4, QPoint(), true, 2 }, // the cross on a Yes and No dialog
-        { 1, QPoint(-150 + 30, -30 + 10), false, 2 }, // Cancel
-        { 1, QPoint(-75 + 30, -30 + 10), false, 1 }, // OK
-        { 9, QPoint(-150 + 30, -30 + 10), true, 2 }, // an unknown type has no Cancel: the cross
-    };
+    // Yes (after the fade), No, the cross on a Yes and No dialog, Cancel, OK, and the cross
+    // where an unknown type has no Cancel.
+    const QPoint ptRight(-75 + 30, -30 + 10), ptLeft(-150 + 30, -30 + 10);
+    const Case cases[] = { { 4, ptRight, false, 6 }, { 4, ptLeft, false, 7 }, { 4, QPoint(), true, 2 }, { 1, ptLeft, false, 2 }, { 1, ptRight, false, 1 }, { 9, ptLeft, true, 2 } };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << "type " << c.nType << " result " << c.nResult);
         WhenShown(QStringLiteral("Question"), [&](CQKHostWnd& host) {
@@ -156,13 +152,8 @@ TEST_F(DialogTest, ButtonsAndCrossGiveTheirResults)
 
 TEST_F(DialogTest, HeightFollowsTheTextAndLongTextWidens)
 {
-    struct Case
-    {
-        int nChars;
-        int nWidth;
-    };
-    for (const Case c : { Case { 0, 474 }, Case { 256, 474 }, Case { 257, 594 } }) {
-        const QString text = QString(QStringLiteral("word ")).repeated(c.nChars / 5 + 1).left(c.nChars);
+    for (const auto& [nChars, nWidth] : { std::pair { 0, 474 }, std::pair { 256, 474 }, std::pair { 257, 594 } }) {
+        const QString text = QString(QStringLiteral("word ")).repeated(nChars / 5 + 1).left(nChars);
         CQKMessageDlg dlg(text, 0);
         QRect rc;
         QRectF measured;
@@ -175,14 +166,14 @@ TEST_F(DialogTest, HeightFollowsTheTextAndLongTextWidens)
             Type(host, Qt::Key_Escape);
         });
         EXPECT_EQ(dlg.DoModal(), 2);
-        EXPECT_EQ(rc.width(), c.nWidth) << c.nChars;
-        if (c.nChars == 0) {
+        EXPECT_EQ(rc.width(), nWidth) << nChars;
+        if (nChars == 0) {
             EXPECT_EQ(rc.height(), 600) << "an empty text leaves the first height";
             continue;
         }
         EXPECT_GT(measured.height(), 30) << "several lines";
         EXPECT_EQ(rc.height(), static_cast<int>(measured.height()) + 100);
-        EXPECT_EQ(rcText, QRect(10, 40, c.nWidth - 20, static_cast<int>(measured.height())));
+        EXPECT_EQ(rcText, QRect(10, 40, nWidth - 20, static_cast<int>(measured.height())));
     }
 }
 
