@@ -29,20 +29,9 @@ void QKPaintDirect(CQKButton& control, CQKGraphics* pGraphics, QImage* pBitmap, 
         return;
     }
 
-    if ((!bVisible && !bPaintHidden) || !CQKHostWnd::IsWindow(control.hWndHost))
+    if (!bVisible && !bPaintHidden)
         return;
-    // Only the part inside the window is made and copied: a control far larger than its
-    // window (a hand-edited skin) costs no more than the window itself.
-    const QRect rcVisible = rc.intersected(control.hWndHost->GetClientRect());
-    if (rcVisible.isEmpty())
-        return;
-    QImage image(rcVisible.size(), QImage::Format_ARGB32_Premultiplied);
-    if (image.isNull())
-        return;
-    {
-        CQKGraphics g(image);
-        // From here on the control's own top-left corner is the origin.
-        g.TranslateTransform(static_cast<float>(rc.x() - rcVisible.x()), static_cast<float>(rc.y() - rcVisible.y()));
+    control.PaintAloneInto(rc, [&control, &rc, bVisible](CQKGraphics& g) {
         const QRectF rcLocal(0, 0, rc.width(), rc.height());
         if (control.pBackCache)
             g.DrawImage(*control.pBackCache, rcLocal, QRectF(control.pBackCache->rect()));
@@ -50,8 +39,5 @@ void QKPaintDirect(CQKButton& control, CQKGraphics* pGraphics, QImage* pBitmap, 
             g.FillRectangle(tagQKBrush::Solid(QKColorFromBGR(g_clrFace, 255)), rcLocal);
         if (bVisible)
             control.PaintContent(&g, rcLocal);
-    }
-    // The screen takes colour only, as every copy of composed pixels to a window does.
-    image.reinterpretAsFormat(QImage::Format_RGB32);
-    control.hWndHost->UpdateWindowFromImage(image, rcVisible.topLeft());
+    });
 }

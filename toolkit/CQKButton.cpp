@@ -456,11 +456,24 @@ void CQKButton::Paint(CQKGraphics* pGraphics, QImage* pBitmap)
         PaintContent(pGraphics, QRectF(rc));
         return;
     }
-    if (!bVisible || !CQKHostWnd::IsWindow(hWndHost))
+    if (!bVisible)
         return;
-    // Only the part of the control inside the window is painted: a control far larger than
-    // its window (a hand-edited skin) costs no more than the window itself.
-    const QRect rcVisible = GetRect().intersected(hWndHost->GetClientRect());
+    PaintAloneInto(GetRect(), [this](CQKGraphics& g) {
+        const QRect rc(0, 0, nWidth, nHeight);
+        g.FillRectangle(tagQKBrush::Solid(QKColorFromBGR(g_clrFace, 255)), rc);
+        if (pBackCache)
+            g.DrawImage(*pBackCache, QRectF(QPointF(ptBackCache - QPoint(nX, nY)), QSizeF(pBackCache->size())), QRectF(pBackCache->rect()));
+        if (!PaintFace(&g, rc) && pImage)
+            PaintPicture(&g, rc, true);
+        PaintContent(&g, QRectF(rc));
+    });
+}
+
+void CQKButton::PaintAloneInto(const QRect& rc, const std::function<void(CQKGraphics&)>& fnPaint)
+{
+    if (!CQKHostWnd::IsWindow(hWndHost))
+        return;
+    const QRect rcVisible = rc.intersected(hWndHost->GetClientRect());
     if (rcVisible.isEmpty())
         return;
     QImage image(rcVisible.size(), QImage::Format_ARGB32_Premultiplied);
@@ -468,15 +481,8 @@ void CQKButton::Paint(CQKGraphics* pGraphics, QImage* pBitmap)
         return;
     {
         CQKGraphics g(image);
-        g.FillRectangle(tagQKBrush::Solid(QKColorFromBGR(g_clrFace, 255)), 0, 0, rcVisible.width(), rcVisible.height());
-        if (pBackCache)
-            g.DrawImage(*pBackCache, QRectF(QPointF(ptBackCache - rcVisible.topLeft()), QSizeF(pBackCache->size())), QRectF(pBackCache->rect()));
-        // From here on the control's own top-left corner is the origin.
-        g.TranslateTransform(static_cast<float>(nX - rcVisible.x()), static_cast<float>(nY - rcVisible.y()));
-        const QRect rc(0, 0, nWidth, nHeight);
-        if (!PaintFace(&g, rc) && pImage)
-            PaintPicture(&g, rc, true);
-        PaintContent(&g, QRectF(rc));
+        g.TranslateTransform(static_cast<float>(rc.x() - rcVisible.x()), static_cast<float>(rc.y() - rcVisible.y()));
+        fnPaint(g);
     }
     CopyToHost(image, rcVisible.topLeft());
 }

@@ -28,6 +28,7 @@
 #include <QSize>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -78,6 +79,11 @@ public:
     bool HitTest(const QPoint& pt) const;
     // Repaints this control alone, straight to its host (Paint with two nulls).
     void RepaintAlone();
+    // The lone repaint's frame: makes a picture of the part of `rc` (client pixels) inside the
+    // window, lets `fnPaint` draw into it with the top-left corner of `rc` as the origin, and
+    // puts it on screen. Nothing happens without a window or when `rc` lies outside it (a
+    // control far larger than its window costs no more than the window itself).
+    void PaintAloneInto(const QRect& rc, const std::function<void(CQKGraphics&)>& fnPaint);
 
     // --- the 22 virtual operations, in the order of their slots --------------------------
     // Draws the current drawn face centred in `rc`; 1 if it drew one.

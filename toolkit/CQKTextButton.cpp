@@ -42,20 +42,7 @@ void CQKTextButton::Paint(CQKGraphics* pGraphics, QImage* /*pBitmap*/)
         PaintContent(pGraphics, QRectF(GetRect()));
         return;
     }
-    if (!CQKHostWnd::IsWindow(hWndHost))
-        return;
-    const QRect rcVisible = GetRect().intersected(hWndHost->GetClientRect());
-    if (rcVisible.isEmpty())
-        return;
-    QImage image(rcVisible.size(), QImage::Format_ARGB32_Premultiplied);
-    if (image.isNull())
-        return;
-    {
-        CQKGraphics g(image);
-        g.TranslateTransform(static_cast<float>(nX - rcVisible.x()), static_cast<float>(nY - rcVisible.y()));
-        PaintContent(&g, QRectF(0, 0, nWidth, nHeight));
-    }
-    CopyToHost(image, rcVisible.topLeft());
+    PaintAloneInto(GetRect(), [this](CQKGraphics& g) { PaintContent(&g, QRectF(0, 0, nWidth, nHeight)); });
 }
 
 // The look by state ("L" is the face colour lightened by 30):

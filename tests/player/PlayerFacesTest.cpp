@@ -9,6 +9,7 @@
 #include <QImage>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -132,32 +133,27 @@ TEST_F(PlayerFacesTest, MutedSlashHasAShadowInTheGroundColour)
 TEST_F(PlayerFacesTest, PanelButtonsTakeTheirFacesAndStrips)
 {
     using F = CQKPlayerFaces;
-    const struct
-    {
-        uint32_t nID;
-        size_t nFaces;
-        int nStripWidth;
-    } kButtons[] = { { F::kIdOptions, 1, 100 }, { F::kIdMinimize, 1, 80 }, { F::kIdMaximize, 2, 80 }, { F::kIdClose, 1, 80 }, { F::kIdOpen, 1, 100 },
-        { F::kIdPrevious, 1, 100 }, { F::kIdPlay, 2, 100 }, { F::kIdNext, 1, 100 }, { F::kIdStop, 1, 100 }, { F::kIdMute, 0, 100 },
+    // (id, drawn faces, strip width)
+    const std::tuple<uint32_t, size_t, int> kButtons[] = { { F::kIdOptions, 1, 100 }, { F::kIdMinimize, 1, 80 },
+        { F::kIdMaximize, 2, 80 }, { F::kIdClose, 1, 80 }, { F::kIdOpen, 1, 100 }, { F::kIdPrevious, 1, 100 },
+        { F::kIdPlay, 2, 100 }, { F::kIdNext, 1, 100 }, { F::kIdStop, 1, 100 }, { F::kIdMute, 0, 100 },
         { F::kIdFullScreen, 2, 100 } };
     CQKUIManager manager;
-    for (const auto& b : kButtons)
-        manager.AddControl(b.nID, std::unique_ptr<CQKButton>(new CQKButton()), 0);
+    for (const auto& [nID, nFaces, nStripWidth] : kButtons)
+        manager.AddControl(nID, std::make_unique<CQKButton>(), 0);
     faces.CreateFaces(&manager);
-    for (const auto& b : kButtons) {
-        SCOPED_TRACE(b.nID);
-        CQKButton* p = manager.FindControl(b.nID, 0);
-        EXPECT_EQ(p->vecFaces.size(), b.nFaces);
+    for (const auto& [nID, nFaces, nStripWidth] : kButtons) {
+        SCOPED_TRACE(nID);
+        CQKButton* p = manager.FindControl(nID, 0);
+        EXPECT_EQ(p->vecFaces.size(), nFaces);
         ASSERT_TRUE(p->pImage);
-        EXPECT_EQ(p->pImage->width(), b.nStripWidth);
+        EXPECT_EQ(p->pImage->width(), nStripWidth);
     }
     const auto& full = manager.FindControl(F::kIdFullScreen, 0)->vecFaces;
     const QRectF rc0 = full[0]->layers[2].pPath->GetBounds();
     const QRectF rc1 = full[1]->layers[2].pPath->GetBounds();
-    EXPECT_NEAR(rc0.right(), 9.19, 0.05);
-    EXPECT_NEAR(rc0.bottom(), 9.19, 0.05);
-    EXPECT_NEAR(rc1.left(), -9.19, 0.05);
-    EXPECT_NEAR(rc1.top(), -9.19, 0.05);
+    for (const double d : { rc0.right(), rc0.bottom(), -rc1.left(), -rc1.top() })
+        EXPECT_NEAR(d, 9.19, 0.05);
 }
 
 // The note of a file without a picture: the glyph four times over with a two-pixel margin,
