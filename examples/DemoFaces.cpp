@@ -30,9 +30,9 @@ const struct
 {
     uint32_t nID;
     int nSize;
-} kPanel[] = { { Faces::kIdOptions, 20 }, { Faces::kIdMinimize, 20 }, { Faces::kIdMaximize, 20 }, { Faces::kIdClose, 20 }, { Faces::kIdOpen, 25 },
-    { Faces::kIdPrevious, 25 }, { Faces::kIdPlay, 25 }, { Faces::kIdNext, 25 }, { Faces::kIdStop, 25 }, { Faces::kIdMute, 25 },
-    { Faces::kIdFullScreen, 20 } };
+} kPanel[] = { { QKPanelLayout::kIdOptions, 20 }, { QKPanelLayout::kIdMinimize, 20 }, { QKPanelLayout::kIdMaximize, 20 }, { QKPanelLayout::kIdClose, 20 }, { QKPanelLayout::kIdOpen, 25 },
+    { QKPanelLayout::kIdPrevious, 25 }, { QKPanelLayout::kIdPlay, 25 }, { QKPanelLayout::kIdNext, 25 }, { QKPanelLayout::kIdStop, 25 }, { QKPanelLayout::kIdMute, 25 },
+    { QKPanelLayout::kIdFullScreen, 20 } };
 
 class FacesWindow : public CQKUIHostWnd
 {
@@ -103,19 +103,19 @@ protected:
         strStatus = QStringLiteral("Clicked: command %1").arg(id);
         CQKButton* p = Manager()->FindControl(id, 0);
         switch (id) {
-        case Faces::kIdPlay:
+        case QKPanelLayout::kIdPlay:
             bPlaying = !bPlaying;
             Toggle(p, bPlaying, faces.facePause, faces.facePlay, true);
             break;
-        case Faces::kIdMaximize:
+        case QKPanelLayout::kIdMaximize:
             bMaximized = !bMaximized;
             Toggle(p, bMaximized, faces.faceRestore, faces.faceMaximize, true);
             break;
-        case Faces::kIdFullScreen:
+        case QKPanelLayout::kIdFullScreen:
             bFull = !bFull;
             Toggle(p, bFull, faces.faceExitFull, faces.faceEnterFull, false);
             break;
-        case Faces::kIdMute:
+        case QKPanelLayout::kIdMute:
             bMuted = !bMuted;
             Toggle(p, bMuted, faces.faceMuted, faces.faceSound, false);
             break;

@@ -28,8 +28,25 @@ QStringList QKFileDialogFilters(const QString& strFilter)
     return filters;
 }
 
+namespace {
+
+std::function<QStringList(const QString&)>& OpenFileNamesOverride()
+{
+    static std::function<QStringList(const QString&)> fn;
+    return fn;
+}
+
+} // namespace
+
+void QKSetOpenFileNamesProvider(std::function<QStringList(const QString& strFilter)> fnProvider)
+{
+    OpenFileNamesOverride() = std::move(fnProvider);
+}
+
 QStringList QKGetOpenFileNames(CQKHostWnd* pOwner, const QString& strFilter, bool bMultiple, const QString& strFolder)
 {
+    if (OpenFileNamesOverride())
+        return OpenFileNamesOverride()(strFilter);
     QWidget* parent = pOwner ? pOwner->NativeWidget() : nullptr;
     const QString filters = QKFileDialogFilters(strFilter).join(QStringLiteral(";;"));
     if (bMultiple)

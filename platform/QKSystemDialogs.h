@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <cstdint>
+#include <functional>
 
 class CQKHostWnd;
 
@@ -18,6 +19,9 @@ QStringList QKFileDialogFilters(const QString& strFilter);
 // Asks for existing files to open. `bMultiple` allows choosing several. An empty list when
 // the user cancels. `strFolder` is where the dialog starts (empty: the system's choice).
 QStringList QKGetOpenFileNames(CQKHostWnd* pOwner, const QString& strFilter, bool bMultiple, const QString& strFolder = QString());
+// Answers QKGetOpenFileNames in place of the dialog (tests), given the filter; an empty
+// function puts the dialog back.
+void QKSetOpenFileNamesProvider(std::function<QStringList(const QString& strFilter)> fnProvider);
 
 // Asks for a colour, starting at `clrBGR` (0x00BBGGRR). True with the chosen colour in
 // `clrBGR`, false (and `clrBGR` unchanged) when the user cancels.

@@ -1,5 +1,6 @@
 #include "player/CQKPlayerDlg.h"
 
+#include "controls/CQKSlider.h"
 #include "platform/CQKGraphics.h"
 #include "platform/CQKPlayWnd.h"
 #include "platform/QKKeys.h"
@@ -7,20 +8,32 @@
 #include "platform/QKSystem.h"
 #include "player/CQKPlayerApp.h"
 #include "player/QKPlayerOptions.h"
+#include "toolkit/CQKDialogBase.h"
 #include "toolkit/CQKUIManager.h"
 #include "toolkit/QKTheme.h"
 
 CQKPlayerDlg::CQKPlayerDlg()
 {
-    // Icons and the taskbar's buttons come with the frame and the taskbar.
     m_bHasTaskbarList = IsWindows7OrLater();
-    // The twelve keys of the main window grow with the panel; these are the ones that need
-    // no control.
+    // The desktop's three buttons, as they start: previous, play, next.
+    m_thumbButtons[0] = { 0, QKICON_PREV, 0 };
+    m_thumbButtons[1] = { 1, QKICON_PLAY, 0 };
+    m_thumbButtons[2] = { 2, QKICON_NEXT, 0 };
+    // The twelve keys of the main window, in this order. F3 is 200 % and F4 100 %: keys and
+    // commands do not run in the same order.
     SetAccelerators({
+        { QKMOD_CONTROL, 'O', QKCMD_OPEN },
         { 0, VK_SPACE, QKCMD_PLAYPAUSE },
-        { QKMOD_CONTROL, 'S', QKCMD_STOP },
-        { QKMOD_CONTROL, 'E', QKCMD_CLOSE },
+        { 0, VK_F1 + 1, QKCMD_FULLSCREEN },
         { 0, VK_ESCAPE, QKCMD_ESCAPE },
+        { QKMOD_CONTROL, 'M', QKCMD_MUTE },
+        { QKMOD_CONTROL, 'S', QKCMD_STOP },
+        { QKMOD_CONTROL, VK_LEFT, QKCMD_PREVFILE },
+        { QKMOD_CONTROL, VK_RIGHT, QKCMD_NEXTFILE },
+        { QKMOD_CONTROL, 'E', QKCMD_CLOSE },
+        { 0, VK_F1 + 2, QKCMD_SIZE200 },
+        { 0, VK_F1 + 3, QKCMD_SIZE100 },
+        { 0, VK_F1 + 4, QKCMD_SIZE50 },
     });
     m_bCursorVisible = 1;
     m_dwLastMoveTick = QKGetTickCount();
@@ -75,11 +88,21 @@ void CQKPlayerDlg::OnInitDialog()
     ComputeVideoRect();
     if (pUIManager)
         pUIManager->LoadSkin(this);
-    // The pictures are made once; the audio-only note of the video area is among them.
-    m_faces.CreateFaces(pUIManager.get());
     g_clrToolTipText = g_clrText;
-    // The controls and their layout come with the panel.
+    // The controls with their pictures; the audio-only note of the video area is among them.
+    CreateControls();
+    LayoutControls();
     SetWindowText(QString::fromUtf16(kTitle));
+    // The desktop's view of the player, where there is one, with its three buttons.
+    if (m_bHasTaskbarList) {
+        m_pTaskbarList = CQKTaskbarList::Create();
+        if (m_pTaskbarList) {
+            m_pTaskbarList->HrInit();
+            m_pTaskbarList->ThumbBarAddButtons(this, 3, m_thumbButtons);
+        }
+    }
+    // Messages of the program go over this window.
+    CQKDialogBase::SetDefaultOwner(this);
     qkplaydll_SetMute(QKPlayerOptions::bMute);
     qkplaydll_SetVolume(QKPlayerOptions::dVolumeScale / 100.0);
     SetTimer(QKTIMER_CURSOR, 100);
@@ -94,6 +117,9 @@ intptr_t CQKPlayerDlg::OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam
         return 0;
     case QKM_PLAYEND:
         OnPlayEnd();
+        return 0;
+    case QKM_SLIDERCHANGED:
+        OnSliderChanged(reinterpret_cast<CQKSlider*>(wParam));
         return 0;
     case WM_SYSCOMMAND:
         return OnSysCommand(static_cast<uint32_t>(wParam & 0xFFF0), wParam, lParam);
@@ -113,15 +139,46 @@ void CQKPlayerDlg::OnCommand(uint32_t nCmd)
     case QKCMD_CLOSE:
         OnCancel();
         break;
+    case QKCMD_MINIMIZE:
+        SendMessage(WM_SYSCOMMAND, SC_MINIMIZE);
+        break;
+    case QKCMD_MAXIMIZE:
+        if (m_bFullScreen)
+            OnFullScreen();
+        else
+            SendMessage(WM_SYSCOMMAND, m_bMaximized ? SC_RESTORE : SC_MAXIMIZE);
+        break;
     case QKCMD_PLAYPAUSE:
         OnPlayPause();
         break;
     case QKCMD_STOP:
         OnStop();
         break;
+    case QKCMD_PREVFILE:
+        OnPrevFile();
+        break;
+    case QKCMD_NEXTFILE:
+    case QKCMD_PLAYEND_NEXT:
+        OnNextFile();
+        break;
+    case QKCMD_FULLSCREEN:
+        OnFullScreen();
+        break;
+    case QKCMD_OPEN:
+        OnFileOpen();
+        break;
+    case QKCMD_MUTE:
+        OnMute();
+        break;
+    case QKCMD_OPTIONS:
+        // The menu opens under the button, just inside its left and bottom edges.
+        if (const CQKButton* p = pUIManager ? pUIManager->FindControl(QKCMD_OPTIONS, 0) : nullptr) {
+            const QRect rc = p->GetRect();
+            ShowContextMenu(ClientToScreen(QPoint(rc.left() + 1, rc.top() + rc.height() - 3)));
+        }
+        break;
     case QKCMD_ESCAPE:
-        // Esc leaves full screen first; the window has no full screen yet.
-        OnCancel();
+        OnEscape();
         break;
     case QKCMD_SIZE200:
         ResizeToVideo(2.0);
@@ -140,9 +197,31 @@ void CQKPlayerDlg::OnCommand(uint32_t nCmd)
     }
 }
 
+void CQKPlayerDlg::OnFullScreen()
+{
+    // Full screen comes with the display modes; the window stays as it is until then.
+}
+
+void CQKPlayerDlg::OnEscape()
+{
+    // Esc leaves full screen; outside it, it ends the program.
+    if (m_bFullScreen)
+        OnFullScreen();
+    else
+        OnCancel();
+}
+
+void CQKPlayerDlg::ShowContextMenu(QPoint)
+{
+    // The options menu comes with the drawn menus.
+}
+
 void CQKPlayerDlg::OnTimer(uint32_t nID)
 {
     switch (nID) {
+    case QKTIMER_POSITION:
+        OnPositionTimer();
+        break;
     case QKTIMER_STARTUP:
         // A one-shot: the list is read once per start and once per wake-up.
         KillTimer(QKTIMER_STARTUP);
@@ -158,7 +237,7 @@ void CQKPlayerDlg::OnLayout(int, int)
     if (m_bInMaximize)
         return;
     ComputeVideoRect();
-    UpdateVideoLayout();
+    LayoutControls();
 }
 
 void CQKPlayerDlg::OnPaintBackground(CQKGraphics* pGraphics)
@@ -190,6 +269,10 @@ void CQKPlayerDlg::OnDestroy()
         m_wndPlay->Destroy();
         m_wndPlay.reset();
     }
-    // The bars come with full screen. The manager goes with the host.
+    // The bars come with full screen. The manager goes with the host, and the controls with it.
     CQKUIHostWnd::OnDestroy();
+    m_pBtnPlay = m_pBtnMute = m_pBtnMaximize = m_pBtnFullScreen = nullptr;
+    m_pPosSlider = m_pVolSlider = nullptr;
+    m_pTimeCurrent = m_pTimeTotal = m_pTitleText = nullptr;
+    m_pTaskbarList.reset();
 }

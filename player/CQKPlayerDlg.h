@@ -6,7 +6,10 @@
 //
 //   CQKPlayerDlg.cpp          construction, window creation, initialisation, messages,
 //                             timers, keys and the end of the window
-//   CQKPlayerDlgPlayback.cpp  play, pause, stop, the play thread and the end of media
+//   CQKPlayerDlgPlayback.cpp  play, pause, stop, seek, volume, mute, next and previous,
+//                             the position display, the play thread and the end of media
+//   CQKPlayerDlgPanel.cpp     the panel's controls, their places, the faces that follow the
+//                             player's state, the title line and the desktop's view
 //   CQKPlayerDlgVideo.cpp     the video area, display ratio and window size modes
 //   CQKPlayerDlgFrame.cpp     the hand-made frame: its painting, moving by the title strip,
 //                             the resize grips, and maximising to the work area
@@ -19,6 +22,7 @@
 // GUI thread may change them at any time; OnStop joins it, and it never waits for the GUI
 // thread.
 #include "engine/qkplay.h"
+#include "platform/CQKTaskbarList.h"
 #include "player/CQKPlayerFaces.h"
 #include "toolkit/CQKUIHostWnd.h"
 
@@ -33,16 +37,27 @@
 #include <memory>
 #include <thread>
 
+class CQKButton;
 class CQKGraphics;
 class CQKPlayWnd;
+class CQKSlider;
+class CQKStatic;
+class CQKUIManager;
 
-// Commands of the main window (WM_COMMAND ids).
+// Commands of the main window (WM_COMMAND ids). The panel's controls post their own ids, which
+// are the same numbers.
 enum : uint32_t {
     QKCMD_CLOSE = 2,
+    QKCMD_MINIMIZE = 16,
+    QKCMD_MAXIMIZE = 17,
     QKCMD_PLAYPAUSE = 21,
     QKCMD_STOP = 22,
     QKCMD_PREVFILE = 23,
     QKCMD_NEXTFILE = 24,
+    QKCMD_FULLSCREEN = 25,
+    QKCMD_OPEN = 26,
+    QKCMD_MUTE = 27,
+    QKCMD_OPTIONS = 29,
     QKCMD_ESCAPE = 32,
     QKCMD_SIZE100 = 33,
     QKCMD_SIZE200 = 34,
@@ -81,11 +96,54 @@ public:
     // Probes the current path into the video flag, size and duration. False when the file
     // does not play; the fields then keep their values.
     bool LoadMediaInfo();
+    // Play, pause or resume by what the engine says; with no file, the open dialog.
     void OnPlayPause();
     void OnStop();
     // The engine reached the end of the file (message 1524).
     void OnPlayEnd();
+    void OnNextFile();
+    void OnPrevFile();
+    void OnMute();
+    // A slider of the panel or of the bottom bar moved (message 2027): seek or volume.
+    void OnSliderChanged(CQKSlider* pSlider);
+    // Timer 1: the position as time, on the seek bars and on the desktop's progress.
+    void OnPositionTimer();
+    // "Error Media File! Please Try Again." under "Tips", until the user closes it.
     void ShowMediaError();
+
+    // Files (CQKPlayerDlgPlayback.cpp). The open dialog fills the queue and plays its first
+    // playable file; Select* only choose the current file and play nothing.
+    void OnFileOpen();
+    void SelectFirstPlayable();
+    void SelectNextFile();
+    void SelectPrevFile();
+    // One step (1 next, -1 previous) through the queue; a queue of one walks the folder.
+    void SelectInQueue(int nStep);
+    // The walks of the current file's folder, for a queue of one file.
+    void FindNextInFolder();
+    void FindPrevInFolder();
+
+    // The panel (CQKPlayerDlgPanel.cpp).
+    // Makes the sixteen controls of the panel on the window's manager, their faces, and the
+    // bars' controls where the bars exist.
+    void CreateControls();
+    // The full-screen bars' twin controls, on the bars' own managers, for bars `W` wide.
+    void CreateBarControls(CQKUIManager* pTitleBar, CQKUIManager* pBottomBar, int W);
+    // Places the panel's controls for the current client size; nothing before they exist.
+    void LayoutControls();
+    // The title line (and the window's text where the desktop shows it): the file's name, and
+    // the video's size after it.
+    void UpdateTitle();
+    // The faces that follow the player's state, on the panel's control and its bar twin.
+    void SetPlayFaces(bool bPlaying);
+    void SetMuteFaces();
+    void SetMaximizeFaces();
+
+    // Full screen, Esc and the options menu. Full screen comes with the display modes and the
+    // menu with the drawn menus; until then these keep the window as it is.
+    void OnFullScreen();
+    void OnEscape();
+    void ShowContextMenu(QPoint ptScreen);
 
     // Video area and window sizes (CQKPlayerDlgVideo.cpp).
     void ComputeVideoRect();
@@ -120,6 +178,15 @@ protected:
 
 private:
     void OnCommand(uint32_t nCmd);
+    // Keeps the pointer to a panel control (or, with `bBar`, to its bar twin) that the player
+    // reaches again.
+    void RememberControl(uint32_t nID, CQKButton* pControl, bool bBar);
+    // The desktop's buttons and overlay for playing (or not).
+    void UpdateTaskbarPlayState(bool bPlaying, bool bPaused);
+    // Sets the time text on the panel's static and its twin, repainting.
+    static void SetTimeText(CQKStatic* pMain, CQKStatic* pTwin, const QString& strText);
+    // The slider follows the user's drag: its host holds the capture and it has the focus.
+    static bool IsHeld(const CQKSlider* pSlider);
     // Maximise and restore of our own (CQKPlayerDlgFrame.cpp); other commands go to the
     // default handling.
     intptr_t OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lParam);
@@ -157,6 +224,29 @@ public:
     uint64_t m_dwLastMoveTick { 0 };
     QPoint m_ptLastCursor;
     int32_t m_bHasTaskbarList { 0 };
+    // The desktop's view of the player; null where the desktop has none.
+    std::unique_ptr<CQKTaskbarList> m_pTaskbarList;
+    tagQKThumbButton m_thumbButtons[3];
+
+    // The panel's controls that the player reaches again (owned by the manager), and their
+    // twins on the full-screen bars (null while there are no bars).
+    CQKButton* m_pBtnPlay { nullptr };
+    CQKButton* m_pBtnMute { nullptr };
+    CQKButton* m_pBtnMaximize { nullptr };
+    CQKButton* m_pBtnFullScreen { nullptr };
+    CQKSlider* m_pPosSlider { nullptr };
+    CQKSlider* m_pVolSlider { nullptr };
+    CQKStatic* m_pTimeCurrent { nullptr };
+    CQKStatic* m_pTimeTotal { nullptr };
+    CQKStatic* m_pTitleText { nullptr };
+    CQKButton* m_pBarPlay { nullptr };
+    CQKButton* m_pBarMute { nullptr };
+    CQKButton* m_pBarMaximize { nullptr };
+    CQKSlider* m_pBarPosSlider { nullptr };
+    CQKSlider* m_pBarVolSlider { nullptr };
+    CQKStatic* m_pBarTimeCurrent { nullptr };
+    CQKStatic* m_pBarTimeTotal { nullptr };
+    CQKStatic* m_pBarTitleText { nullptr };
 
     // State of the frame. The grip under the pointer is found anew on each move, so it is 0
     // while maximised, in full screen and while another capture runs.

@@ -36,7 +36,6 @@ namespace {
 // Buttons are kind 0 and sliders kind 11 in the manager's list.
 constexpr uint32_t kKindButton = 0;
 constexpr uint32_t kKindSlider = 11;
-constexpr uint32_t kIdVolumeSlider = 28;
 
 // Draws the note three times, a faint small one and a middling one to the right of the large,
 // nearly solid one; all in whole pixels, divisions cut toward zero.
@@ -120,14 +119,14 @@ void CQKPlayerDlg::PaintFrame(CQKGraphics* pGraphics)
 bool CQKPlayerDlg::IsOverTitleControl(QPoint pt) const
 {
     return IsOverAny(pUIManager.get(), pt,
-        { { CQKPlayerFaces::kIdOptions, kKindButton }, { CQKPlayerFaces::kIdMinimize, kKindButton }, { CQKPlayerFaces::kIdMaximize, kKindButton }, { CQKPlayerFaces::kIdClose, kKindButton } });
+        { { QKPanelLayout::kIdOptions, kKindButton }, { QKPanelLayout::kIdMinimize, kKindButton }, { QKPanelLayout::kIdMaximize, kKindButton }, { QKPanelLayout::kIdClose, kKindButton } });
 }
 
 bool CQKPlayerDlg::IsOverBarControl(QPoint pt) const
 {
     return IsOverAny(pUIManager.get(), pt,
-        { { CQKPlayerFaces::kIdPlay, kKindButton }, { CQKPlayerFaces::kIdPrevious, kKindButton }, { CQKPlayerFaces::kIdNext, kKindButton }, { CQKPlayerFaces::kIdStop, kKindButton },
-            { CQKPlayerFaces::kIdMute, kKindButton }, { CQKPlayerFaces::kIdFullScreen, kKindButton }, { kIdVolumeSlider, kKindSlider } });
+        { { QKPanelLayout::kIdPlay, kKindButton }, { QKPanelLayout::kIdPrevious, kKindButton }, { QKPanelLayout::kIdNext, kKindButton }, { QKPanelLayout::kIdStop, kKindButton },
+            { QKPanelLayout::kIdMute, kKindButton }, { QKPanelLayout::kIdFullScreen, kKindButton }, { QKPanelLayout::kIdVolSlider, kKindSlider } });
 }
 
 bool CQKPlayerDlg::OnSetCursor(QPoint pt)
@@ -241,12 +240,14 @@ intptr_t CQKPlayerDlg::OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lP
     case SC_MAXIMIZE:
         if (!CanPlaceWindows()) {
             m_bMaximized = 1;
+            SetMaximizeFaces();
             return CQKUIHostWnd::OnMessage(WM_SYSCOMMAND, wParam, lParam);
         }
         if (!m_bMaximized)
             m_rcRestore = GetWindowRect();
         m_bMaximized = 1;
         MoveWindow(GetWorkArea(), true);
+        SetMaximizeFaces();
         return 0;
     case SC_RESTORE:
         if (IsIconic()) {
@@ -259,6 +260,7 @@ intptr_t CQKPlayerDlg::OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lP
         if (!m_bMaximized)
             return 0;
         m_bMaximized = 0;
+        SetMaximizeFaces();
         if (!CanPlaceWindows())
             return CQKUIHostWnd::OnMessage(WM_SYSCOMMAND, wParam, lParam);
         if (m_rcRestore.isValid())

@@ -18,11 +18,16 @@
 //                   |                          |                     | QKCMD_PLAYEND_NEXT (36)
 #include "player/CQKPlayerDlg.h"
 
+#include "controls/CQKSlider.h"
+#include "controls/CQKStatic.h"
 #include "platform/CQKPlayWnd.h"
 #include "platform/QKFilePath.h"
 #include "platform/QKMessages.h"
+#include "platform/QKSystemDialogs.h"
+#include "player/QKPlayTime.h"
 #include "player/QKPlayerOptions.h"
 #include "player/QKWide.h"
+#include "toolkit/CQKMessageDlg.h"
 
 #include <chrono>
 #include <cstring>
@@ -34,6 +39,28 @@ bool IsExistingFile(const QString& strPath)
     return QKPathIsFile(strPath);
 }
 
+// The open dialog's filter: all media, video, audio, seven narrower groups, and all files.
+constexpr const char16_t* kOpenFilter = u"Media Files (*.avi;*.ogg;*.ogm;*.wmv;*.asf;*.dic;*.mpg;*.mpeg;*.qt;*.mov;*.m1v;*.m2v;*.ts;*.mts;*.m2ts;*.mp4;*.3gp;*.3g2;*.flv;*.rv;*.rm;*.rmvb;*.mkv;*.pmp;*.nut;*.dsm;*.roq;*.divx;*.f4v;*.m4v;*.vob;*.dat;*.webm;*.gif;*.wav;*.ogg;*.wma;*.mpa;*.mp2;*.mp3;*.m4a;*.ac3;*.au;*.aif;*.aiff;*.snd;*.aac;*.amr)|*.avi;*.ogg;*.ogm;*.wmv;*.asf;*.dic;*.mpg;*.mpeg;*.qt;*.mov;*.m1v;*.m2v;*.ts;*.mts;*.m2ts;*.mp4;*.3gp;*.3g2;*.flv;*.rv;*.rm;*.rmvb;*.mkv;*.pmp;*.nut;*.dsm;*.roq;*.divx;*.f4v;*.m4v;*.vob;*.dat;*.webm;*.gif;*.wav;*.ogg;*.wma;*.mpa;*.mp2;*.mp3;*.m4a;*.ac3;*.au;*.aif;*.aiff;*.snd;*.aac;*.amr|"
+                                        u"Video Files (*.avi;*.ogg;*.ogm;*.wmv;*.asf;*.dic;*.mpg;*.mpeg;*.qt;*.mov;*.m1v;*.m2v;*.ts;*.mts;*.m2ts;*.mp4;*.3gp;*.3g2;*.flv;*.rv;*.rm;*.rmvb;*.mkv;*.pmp;*.nut;*.dsm;*.roq;*.divx;*.f4v;*.m4v;*.vob;*.dat;*.webm)|*.avi;*.ogg;*.ogm;*.wmv;*.asf;*.dic;*.mpg;*.mpeg;*.qt;*.mov;*.m1v;*.m2v;*.ts;*.mts;*.m2ts;*.mp4;*.3gp;*.3g2;*.flv;*.rv;*.rm;*.rmvb;*.mkv;*.pmp;*.nut;*.dsm;*.roq;*.divx;*.f4v;*.m4v;*.vob;*.dat;*.webm|"
+                                        u"Audio files (*.wav;*.flac;*.ape;*.dsf;*.ogg;*.wma;*.mpa;*.mp2;*.mp3;*.m4a;*.ac3;*.au;*.aif;*.aiff;*.snd;*.aac;*.amr)|*.wav;*.flac;*.ape;*.dsf;*.ogg;*.wma;*.mpa;*.mp2;*.mp3;*.m4a;*.ac3;*.au;*.aif;*.aiff;*.snd;*.aac;*.amr|"
+                                        u"MPEG Files (*.mpg;*.mpeg;*.m2v;*.m1v;*.m2ts;*.mts;*.ts;*.vob)|*.mpg;*.mpeg;*.m2v;*.m1v;*.m2ts;*.mts;*.ts;*.vob|"
+                                        u"Windows Media Files (*.asf; *.wmv)|*.asf; *.wmv|"
+                                        u"ISO files (*.mp4;*.3gp;*.3g2)|*.mp4;*.3gp;*.3g2|"
+                                        u"Flash Video files (*.flv;*.f4v;*.m4v)|*.flv;*.f4v;*.m4v|"
+                                        u"Real Media (*.rv;*.rm;*.rmvb)|*.rv;*.rm;*.rmvb|"
+                                        u"AVI files (*.avi)|*.avi|"
+                                        u"MOV files (*.mov)|*.mov|"
+                                        u"All Files (*.*)|*.*;|";
+
+// The first index of the queue that names `strPath`, case aside; -1 for none.
+int FindInQueue(const QStringList& arrFiles, const QString& strPath)
+{
+    for (int i = 0; i < arrFiles.size(); ++i)
+        if (arrFiles[i].compare(strPath, Qt::CaseInsensitive) == 0)
+            return i;
+    return -1;
+}
+
 } // namespace
 
 bool CQKPlayerDlg::LoadMediaInfo()
@@ -43,18 +70,32 @@ bool CQKPlayerDlg::LoadMediaInfo()
     return qkplaydll_GetMediaInfoEx(QKWide(m_strMediaPath), &m_bHasVideo, &nReserved, &m_nVideoWidth, &m_nVideoHeight, &m_dDuration, &dReserved) != 0;
 }
 
+void CQKPlayerDlg::UpdateTaskbarPlayState(bool bPlaying, bool bPaused)
+{
+    if (!m_pTaskbarList)
+        return;
+    m_thumbButtons[1].hIcon = bPlaying ? QKICON_PAUSE : QKICON_PLAY;
+    m_pTaskbarList->ThumbBarUpdateButtons(this, 1, &m_thumbButtons[1]);
+    m_pTaskbarList->SetOverlayIcon(this, bPaused ? QKICON_PAUSE : QKICON_NONE);
+    m_pTaskbarList->SetProgressState(this, bPaused ? TBPF_PAUSED : TBPF_NORMAL);
+}
+
 void CQKPlayerDlg::OnPlayPause()
 {
     if (!IsExistingFile(m_strMediaPath)) {
-        // The open-file dialog comes with the panel.
+        OnFileOpen();
         return;
     }
     if (qkplaydll_IsPlaying()) {
+        SetPlayFaces(false);
+        UpdateTaskbarPlayState(false, true);
         qkplaydll_PauseOrResume();
         KillTimer(QKTIMER_POSITION);
         return;
     }
     if (qkplaydll_IsReady()) {
+        SetPlayFaces(true);
+        UpdateTaskbarPlayState(true, false);
         qkplaydll_PauseOrResume();
         SetTimer(QKTIMER_POSITION, 1000);
         return;
@@ -86,6 +127,10 @@ void CQKPlayerDlg::OnPlayPause()
     }
     StartPlayThread();
     SetTimer(QKTIMER_POSITION, 1000);
+    SetTimeText(m_pTimeTotal, m_pBarTimeTotal, QKPlayTime::Format(m_dDuration));
+    UpdateTitle();
+    SetPlayFaces(true);
+    UpdateTaskbarPlayState(true, false);
 }
 
 void CQKPlayerDlg::OnStop()
@@ -94,6 +139,19 @@ void CQKPlayerDlg::OnStop()
     KillTimer(QKTIMER_POSITION);
     if (m_wndPlay)
         m_wndPlay->Show(false);
+    SetPlayFaces(false);
+    UpdateTaskbarPlayState(false, false);
+    // The bottom bar's seek bar keeps its place until the next playback moves it; only the
+    // panel's goes back to the start.
+    if (m_pPosSlider)
+        m_pPosSlider->SetPos(0.0, 1);
+    const QString strZero = QKPlayTime::Format(0.0);
+    SetTimeText(m_pTimeCurrent, m_pTimeTotal, strZero);
+    if (m_pTaskbarList) {
+        SetWindowText(QString::fromUtf16(kTitle));
+        m_pTaskbarList->SetProgressValue(this, 0, 1);
+    }
+    SetTimeText(m_pBarTimeCurrent, m_pBarTimeTotal, strZero);
     m_bAudioOnly = 0;
     InvalidateRect(&m_rcVideo);
 }
@@ -103,10 +161,174 @@ void CQKPlayerDlg::OnPlayEnd()
     PostMessage(WM_COMMAND, QKPlayerOptions::bAutoPlayNext ? QKCMD_PLAYEND_NEXT : QKCMD_STOP, 0);
 }
 
+void CQKPlayerDlg::OnNextFile()
+{
+    SetCursor(IDC_WAIT);
+    SelectNextFile();
+    if (IsExistingFile(m_strMediaPath)) {
+        OnStop();
+        OnPlayPause();
+    }
+    SetCursor(IDC_ARROW);
+}
+
+void CQKPlayerDlg::OnPrevFile()
+{
+    SetCursor(IDC_WAIT);
+    SelectPrevFile();
+    if (IsExistingFile(m_strMediaPath)) {
+        OnStop();
+        OnPlayPause();
+    }
+    SetCursor(IDC_ARROW);
+}
+
+void CQKPlayerDlg::OnMute()
+{
+    QKPlayerOptions::bMute = !QKPlayerOptions::bMute;
+    SetMuteFaces();
+    qkplaydll_SetMute(QKPlayerOptions::bMute);
+}
+
+bool CQKPlayerDlg::IsHeld(const CQKSlider* pSlider)
+{
+    return pSlider && pSlider->hWndHost && GetCapture() == pSlider->hWndHost && pSlider->bFocused;
+}
+
+void CQKPlayerDlg::OnPositionTimer()
+{
+    const double dCurrent = qkplaydll_getCurrentPos();
+    const double dSeeking = qkplaydll_getLastSeekingPos();
+    // The larger of the two, read afresh: after a seek the engine's position lags behind.
+    double p = dCurrent > dSeeking ? qkplaydll_getCurrentPos() : qkplaydll_getLastSeekingPos();
+    p = QKPlayTime::Clamp(p, m_dDuration);
+    const QString strTime = QKPlayTime::Format(p);
+    if (!strTime.contains(QLatin1Char('-'))) {
+        SetTimeText(m_pTimeCurrent, m_pBarTimeCurrent, strTime);
+        for (CQKSlider* pSlider : { m_pPosSlider, m_pBarPosSlider }) {
+            if (pSlider && !IsHeld(pSlider))
+                pSlider->SetPos(QKPlayTime::ToSlider(p, m_dDuration, pSlider->dMaxPos), 1);
+        }
+    }
+    if (m_pTaskbarList)
+        m_pTaskbarList->SetProgressValue(this, QKPlayTime::ToHundredths(p), QKPlayTime::ToHundredths(m_dDuration));
+}
+
+void CQKPlayerDlg::OnSliderChanged(CQKSlider* pSlider)
+{
+    if (!pSlider)
+        return;
+    const double v = pSlider->GetPos();
+    if (pSlider == m_pPosSlider || pSlider == m_pBarPosSlider) {
+        if (!qkplaydll_IsReady()) {
+            // Seeking needs an open file.
+            for (CQKSlider* p : { m_pPosSlider, m_pBarPosSlider })
+                if (p)
+                    p->SetPos(0.0, 1);
+            return;
+        }
+        if (CQKSlider* pTwin = pSlider == m_pPosSlider ? m_pBarPosSlider : m_pPosSlider)
+            pTwin->SetPos(v, 1);
+        qkplaydll_SetCurrentPos(v * m_dDuration / pSlider->dMaxPos);
+        if (qkplaydll_IsPlaying())
+            return;
+        // While paused the label follows the bar at once, from the bar's own value read as
+        // seconds, until the next tick after resuming puts the media time back.
+        SetTimeText(m_pTimeCurrent, m_pBarTimeCurrent, QKPlayTime::Format(v));
+        return;
+    }
+    if (pSlider == m_pVolSlider || pSlider == m_pBarVolSlider) {
+        QKPlayerOptions::dVolumeScale = v;
+        if (CQKSlider* pTwin = pSlider == m_pVolSlider ? m_pBarVolSlider : m_pVolSlider)
+            pTwin->SetPos(v, 1);
+        qkplaydll_SetVolume(v / pSlider->dMaxPos);
+        // Moving the volume while a file is open lifts the mute; with none it does not.
+        if (qkplaydll_IsReady() && QKPlayerOptions::bMute)
+            OnMute();
+    }
+}
+
 void CQKPlayerDlg::ShowMediaError()
 {
-    // The message dialog ("Tips", "Error Media File! Please Try Again.") comes with the
-    // toolkit's dialogs; until then a bad file just does not play.
+    ::ShowMediaError();
+}
+
+void CQKPlayerDlg::OnFileOpen()
+{
+    const QStringList arrChosen = QKGetOpenFileNames(this, QString::fromUtf16(kOpenFilter), true);
+    if (arrChosen.isEmpty())
+        return;
+    m_arrFiles = arrChosen;
+    SelectFirstPlayable();
+    if (IsExistingFile(m_strMediaPath)) {
+        m_bInfoLoaded = 1;
+        OnStop();
+        OnPlayPause();
+        m_bInfoLoaded = 0;
+    } else {
+        ShowMediaError();
+    }
+}
+
+void CQKPlayerDlg::SelectFirstPlayable()
+{
+    if (m_arrFiles.isEmpty())
+        return;
+    m_strMediaPath = m_arrFiles.first();
+    while (!m_arrFiles.isEmpty()) {
+        if (LoadMediaInfo())
+            return;
+        m_bHasVideo = 0;
+        m_strMediaPath.clear();
+        m_arrFiles.removeFirst();
+        if (m_arrFiles.isEmpty())
+            return;
+        m_strMediaPath = m_arrFiles.first();
+    }
+}
+
+void CQKPlayerDlg::SelectNextFile()
+{
+    SelectInQueue(1);
+}
+
+void CQKPlayerDlg::SelectPrevFile()
+{
+    SelectInQueue(-1);
+}
+
+void CQKPlayerDlg::SelectInQueue(int nStep)
+{
+    const int n = static_cast<int>(m_arrFiles.size());
+    if (n == 0) {
+        // A playback that runs is left running.
+        m_strMediaPath.clear();
+        UpdateTitle();
+        return;
+    }
+    if (n == 1) {
+        if (nStep > 0)
+            FindNextInFolder();
+        else
+            FindPrevInFolder();
+        return;
+    }
+    // The first entry that names the current file counts; the queue wraps both ways.
+    const int i = FindInQueue(m_arrFiles, m_strMediaPath);
+    if (i < 0)
+        m_strMediaPath = m_arrFiles.first();
+    else
+        m_strMediaPath = m_arrFiles[(i + nStep + n) % n];
+}
+
+void CQKPlayerDlg::FindNextInFolder()
+{
+    // The folder walk comes with the file browsing; until then a queue of one file plays that
+    // file again, as a lone file in its folder does.
+}
+
+void CQKPlayerDlg::FindPrevInFolder()
+{
 }
 
 void CQKPlayerDlg::StartPlayThread()

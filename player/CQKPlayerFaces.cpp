@@ -13,6 +13,8 @@
 #include <functional>
 #include <vector>
 
+using namespace QKPanelLayout;
+
 namespace {
 
 // --- the strip painter ----------------------------------------------------------------------

@@ -19,6 +19,8 @@
 // The player's main window owns one of these, and the bars of full-screen mode copy the
 // main buttons' pictures. The theme does not change while the program runs, so nothing is
 // rebuilt. A strip that cannot be made is left empty, and its button then shows nothing.
+#include "player/QKPanelLayout.h"
+
 #include <QImage>
 #include <cstdint>
 #include <memory>
@@ -28,21 +30,6 @@ class CQKUIManager;
 class CQKPlayerFaces
 {
 public:
-    // Command ids of the panel buttons that take faces.
-    enum : uint32_t {
-        kIdClose = 2,
-        kIdMinimize = 16,
-        kIdMaximize = 17,
-        kIdPlay = 21,
-        kIdStop = 22,
-        kIdPrevious = 23,
-        kIdNext = 24,
-        kIdFullScreen = 25,
-        kIdOpen = 26,
-        kIdMute = 27,
-        kIdOptions = 29,
-    };
-
     // Sets the drawn faces (CreatePanelFaces), then makes every strip, replacing earlier
     // ones, and gives each starting strip to its button of `pManager` (which keeps a copy).
     // Buttons the manager lacks are passed over; a null manager only makes the strips.

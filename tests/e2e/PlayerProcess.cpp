@@ -72,7 +72,8 @@ QProcessEnvironment PlayerSandbox::Environment() const
     env.insert(QStringLiteral("HOME"), dir.path() + QStringLiteral("/home"));
     env.insert(QStringLiteral("XDG_CONFIG_HOME"), dir.path() + QStringLiteral("/home/.config"));
     env.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    env.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+    // An address that leads nowhere, so that no bus is started on the program's behalf.
+    env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=") + dir.path() + QStringLiteral("/no-bus"));
     // In the sanitizer build the program's memory errors still end it at once; only the leak
     // report at exit is left out here. Mesa unloads its driver before that report, so the
     // driver's own blocks would show up as leaks of an unknown module that no suppression can
@@ -85,8 +86,14 @@ QProcessEnvironment PlayerSandbox::Environment() const
 QProcess* PlayerSandbox::Start(const QStringList& args, const QString& strWorkingDir)
 {
     auto p = std::make_unique<QProcess>();
-    p->setProgram(strApp + QStringLiteral("orbel-player"));
-    p->setArguments(args);
+    const QString program = strApp + QStringLiteral("orbel-player");
+    if (arrLauncher.isEmpty()) {
+        p->setProgram(program);
+        p->setArguments(args);
+    } else {
+        p->setProgram(arrLauncher.first());
+        p->setArguments(arrLauncher.mid(1) + QStringList { program } + args);
+    }
     p->setProcessEnvironment(Environment());
     p->setWorkingDirectory(strWorkingDir.isEmpty() ? dir.path() : strWorkingDir);
     p->setProcessChannelMode(QProcess::ForwardedChannels);
@@ -243,8 +250,7 @@ QString ScreenProbe::Describe(unsigned long window, QPoint ptClient) const
         .arg(c.isValid() ? c.name() : QStringLiteral("unreadable"));
 }
 
-// A file in the build's test-output folder, named after the check that failed.
-static QString FailureShotPath(const QString& name)
+QString FailureShotPath(const QString& name)
 {
     return QDir::cleanPath(BinDir() + QStringLiteral("../test-output/") + name + QStringLiteral(".png"));
 }
@@ -272,6 +278,29 @@ void ScreenProbe::PressKey(unsigned long window, const char* pszKeysym) const
     const QString id = QString::number(window);
     QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("windowfocus"), id });
     QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("key"), QString::fromLatin1(pszKeysym) });
+}
+
+void ScreenProbe::Click(unsigned long window, QPoint ptClient) const
+{
+    const QRect rc = Geometry(window);
+    const QString x = QString::number(rc.x() + ptClient.x());
+    const QString y = QString::number(rc.y() + ptClient.y());
+    // The pointer leaves afterwards, so that no hover state stays on what was clicked.
+    QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("mousemove"), x, y, QStringLiteral("click"), QStringLiteral("1"), QStringLiteral("mousemove"), QStringLiteral("0"), QStringLiteral("0") });
+}
+
+std::vector<uint32_t> ScreenProbe::Pixels(unsigned long window, const QRect& rcClient) const
+{
+    const QRect rc = Geometry(window);
+    return x11.Read(rc.x() + rcClient.x(), rc.y() + rcClient.y(), rcClient.width(), rcClient.height());
+}
+
+QString ScreenProbe::WindowName(unsigned long window) const
+{
+    QProcess xdotool;
+    xdotool.start(QStringLiteral("xdotool"), { QStringLiteral("getwindowname"), QString::number(window) });
+    xdotool.waitForFinished(5000);
+    return QString::fromUtf8(xdotool.readAllStandardOutput()).trimmed();
 }
 
 bool IsRed(const QColor& c)

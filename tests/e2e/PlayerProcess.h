@@ -41,12 +41,16 @@ public:
     int RunToEnd(const QStringList& args, int nTimeoutMs = 15000);
     // Waits for a started process to end by itself.
     static bool WaitForEnd(QProcess* pProcess, int nTimeoutMs);
-    // The environment the program is started with (private runtime folder and home).
+    // The environment the program is started with (private runtime folder and home, and no
+    // session bus unless a launcher brings one).
     QProcessEnvironment Environment() const;
+    // A command that later starts run the program under ("dbus-run-session", "--").
+    void SetLauncher(const QStringList& launcher) { arrLauncher = launcher; }
 
 private:
     QTemporaryDir dir;
     QString strApp;
+    QStringList arrLauncher;
     bool bValid { false };
     std::vector<std::unique_ptr<QProcess>> processes;
 };
@@ -77,10 +81,20 @@ public:
     void RequestClose(unsigned long window) const;
     // Gives the window the keyboard focus and types a key (an X keysym name such as "Escape").
     void PressKey(unsigned long window, const char* pszKeysym) const;
+    // Moves the pointer to a client point of the window, clicks the left button there, and
+    // moves the pointer off to the screen's corner.
+    void Click(unsigned long window, QPoint ptClient) const;
+    // The pixels of a client rectangle of the window, as the screen shows them.
+    std::vector<uint32_t> Pixels(unsigned long window, const QRect& rcClient) const;
+    // The window's title.
+    QString WindowName(unsigned long window) const;
 
 private:
     X11Screen x11;
 };
+
+// A file in the build's test-output folder, named after the check that failed.
+QString FailureShotPath(const QString& name);
 
 // The report of a colour that did not come: each window's line (Describe at the point that
 // pointIn gives for the window's rectangle), and where the screenshot was saved.

@@ -3,6 +3,7 @@
 #include "PlayerFixture.h"
 #include "engine/qkplay.h"
 #include "platform/QKAppFolder.h"
+#include "platform/QKSystemDialogs.h"
 #include "player/CQKPlayerApp.h"
 #include "player/CQKPlayerDlg.h"
 #include "player/CQKStartupList.h"
@@ -66,8 +67,16 @@ TEST_F(PlayerDlgTest, StartupListPlaysTheFirstPlayableFileAndQueuesTheRest)
     EXPECT_TRUE(dlg.m_strMediaPath.isEmpty());
     EXPECT_NE(qkplaydll_IsReady(), 0);
 
-    // Play with no current file starts nothing and stops nothing.
+    // Play with no current file asks for files; a cancelled dialog starts and stops nothing.
+    QString strAskedFilter;
+    QKSetOpenFileNamesProvider([&](const QString& strFilter) {
+        strAskedFilter = strFilter;
+        return QStringList();
+    });
     dlg.OnPlayPause();
+    QKSetOpenFileNamesProvider(nullptr);
+    EXPECT_TRUE(strAskedFilter.startsWith(QStringLiteral("Media Files (*.avi;")));
+    EXPECT_TRUE(dlg.m_arrFiles.isEmpty());
     EXPECT_NE(qkplaydll_IsPlaying(), 0);
     dlg.OnStop();
     EXPECT_EQ(qkplaydll_IsReady(), 0);

@@ -132,12 +132,11 @@ TEST_F(PlayerFacesTest, MutedSlashHasAShadowInTheGroundColour)
 // upper left.
 TEST_F(PlayerFacesTest, PanelButtonsTakeTheirFacesAndStrips)
 {
-    using F = CQKPlayerFaces;
     // (id, drawn faces, strip width)
-    const std::tuple<uint32_t, size_t, int> kButtons[] = { { F::kIdOptions, 1, 100 }, { F::kIdMinimize, 1, 80 },
-        { F::kIdMaximize, 2, 80 }, { F::kIdClose, 1, 80 }, { F::kIdOpen, 1, 100 }, { F::kIdPrevious, 1, 100 },
-        { F::kIdPlay, 2, 100 }, { F::kIdNext, 1, 100 }, { F::kIdStop, 1, 100 }, { F::kIdMute, 0, 100 },
-        { F::kIdFullScreen, 2, 100 } };
+    const std::tuple<uint32_t, size_t, int> kButtons[] = { { QKPanelLayout::kIdOptions, 1, 100 }, { QKPanelLayout::kIdMinimize, 1, 80 },
+        { QKPanelLayout::kIdMaximize, 2, 80 }, { QKPanelLayout::kIdClose, 1, 80 }, { QKPanelLayout::kIdOpen, 1, 100 }, { QKPanelLayout::kIdPrevious, 1, 100 },
+        { QKPanelLayout::kIdPlay, 2, 100 }, { QKPanelLayout::kIdNext, 1, 100 }, { QKPanelLayout::kIdStop, 1, 100 }, { QKPanelLayout::kIdMute, 0, 100 },
+        { QKPanelLayout::kIdFullScreen, 2, 100 } };
     CQKUIManager manager;
     for (const auto& [nID, nFaces, nStripWidth] : kButtons)
         manager.AddControl(nID, std::make_unique<CQKButton>(), 0);
@@ -149,7 +148,7 @@ TEST_F(PlayerFacesTest, PanelButtonsTakeTheirFacesAndStrips)
         ASSERT_TRUE(p->pImage);
         EXPECT_EQ(p->pImage->width(), nStripWidth);
     }
-    const auto& full = manager.FindControl(F::kIdFullScreen, 0)->vecFaces;
+    const auto& full = manager.FindControl(QKPanelLayout::kIdFullScreen, 0)->vecFaces;
     const QRectF rc0 = full[0]->layers[2].pPath->GetBounds();
     const QRectF rc1 = full[1]->layers[2].pPath->GetBounds();
     for (const double d : { rc0.right(), rc0.bottom(), -rc1.left(), -rc1.top() })

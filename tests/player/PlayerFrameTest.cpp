@@ -80,7 +80,7 @@ TEST_F(PlayerFrameTest, FramePaintsGroundIconCaptionOutlineVideoAreaAndAudioNote
         QImage img = Repaint(drv);
         const QRgb face = qRgb(0x40, 0x30, 0x20);
         EXPECT_TRUE(Near(img.pixel(300, 15), face));
-        EXPECT_TRUE(Near(img.pixel(300, 375), face));
+        EXPECT_TRUE(Near(img.pixel(30, 385), face));
         for (const QPoint pt : { QPoint(0, 200), QPoint(599, 200), QPoint(300, 0), QPoint(300, 399) })
             EXPECT_TRUE(Near(img.pixel(pt), qRgb(0, 255, 0))) << pt.x() << "," << pt.y();
         EXPECT_EQ(img.pixel(5, 31), qRgb(0, 0, 0));
@@ -97,10 +97,11 @@ TEST_F(PlayerFrameTest, FramePaintsGroundIconCaptionOutlineVideoAreaAndAudioNote
         for (const QPoint pt : { QPoint(14, 14), QPoint(6, 14), QPoint(14, 3), QPoint(0, 0) })
             EXPECT_TRUE(Near(img.pixel(pt + QPoint(2, 1)), icon.pixel(pt), 16)) << pt.x() << "," << pt.y();
 
-        // The caption: ink only right of the icon in the title strip, red first, blue last.
+        // The caption: ink only right of the icon in the title strip (left of the options
+        // button), red first, blue last.
         QRect ink;
         for (int y = 1; y < 31; ++y)
-            for (int x = 30; x < 599; ++x)
+            for (int x = 30; x < 120; ++x)
                 if (!Near(img.pixel(x, y), face, 24) && !(y == 30 && x >= 4 && x <= 595))
                     ink |= QRect(x, y, 1, 1);
         EXPECT_TRUE(QRect(28, 1, 132, 29).contains(ink)) << ink.x() << " " << ink.right() << " " << ink.bottom();
