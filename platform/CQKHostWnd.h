@@ -97,7 +97,7 @@ enum : uint32_t {
 struct CQKHostCreate
 {
     uint32_t nStyle { QKHS_FRAMELESS }; // QKHS_* flags
-    QString strClassName; // the window's class name: Qt object name and X11 WM_CLASS
+    QString strClassName; // the window's class name: Qt object name and X11 window role
     QString strTitle; // window title (taskbar, window list)
     class CQKHostWnd* pOwner { nullptr }; // owner: stays above it and dies with it
     QRect rcWindow; // initial geometry in screen pixels; empty keeps the system's choice

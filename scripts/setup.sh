@@ -11,6 +11,8 @@ packages=(
   # tests and benchmarks
   libgtest-dev libgmock-dev libbenchmark-dev libpugixml-dev libx11-dev
   xvfb xauth x11-utils xdotool openbox imagemagick dbus dbus-x11 ffmpeg mpv
+  # the desktop entry and metainfo validators; the icon drawing (tools/make-app-icons.sh)
+  desktop-file-utils appstream librsvg2-bin
   # run time
   fonts-liberation2 libqt6dbus6 libqt6network6 libqt6openglwidgets6 qt6-qpa-plugins
 )

@@ -14,45 +14,34 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace orbeltest {
 
 namespace {
 
-bool CopyFolder(const QString& from, const QString& to)
+// Runs a command to its end, its output left out; true when it succeeded.
+bool Run(const QString& program, const QStringList& args)
 {
-    QDir src(from);
-    if (!src.exists() || !QDir().mkpath(to))
-        return false;
-    for (const QFileInfo& info : src.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot)) {
-        const QString target = to + '/' + info.fileName();
-        if (info.isDir()) {
-            if (!CopyFolder(info.filePath(), target))
-                return false;
-        } else if (!QFile::copy(info.filePath(), target)) {
-            return false;
-        }
-    }
-    return true;
+    QProcess p;
+    p.start(program, args);
+    return p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
 }
 
 } // namespace
 
-PlayerSandbox::PlayerSandbox()
+PlayerSandbox::PlayerSandbox(Kind kind)
+    : bInstalled(kind == Kind::Install)
 {
     if (!dir.isValid())
         return;
-    strApp = dir.path() + QStringLiteral("/app/");
-    const QString bin = BinDir();
-    if (!QDir().mkpath(strApp) || !QDir().mkpath(dir.path() + QStringLiteral("/run")) || !QDir().mkpath(dir.path() + QStringLiteral("/home")))
+    strApp = dir.path() + QStringLiteral("/prefix/lib/orbel-player/");
+    strProgram = bInstalled ? dir.path() + QStringLiteral("/prefix/bin/orbel-player") : strApp + QStringLiteral("orbel-player");
+    if (!QDir().mkpath(dir.path() + QStringLiteral("/run")) || !QDir().mkpath(dir.path() + QStringLiteral("/home")))
         return;
     chmod(QFile::encodeName(dir.path() + QStringLiteral("/run")).constData(), 0700);
-    if (!QFile::copy(bin + QStringLiteral("orbel-player"), strApp + QStringLiteral("orbel-player")))
-        return;
-    if (!QFile::copy(bin + QStringLiteral("libqkplay.so"), strApp + QStringLiteral("libqkplay.so")))
-        return;
-    QFile::setPermissions(strApp + QStringLiteral("orbel-player"), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    bValid = CopyFolder(bin + QStringLiteral("skin"), strApp + QStringLiteral("skin"));
+    bValid = Run(QStringLiteral("cmake"), { QStringLiteral("--install"), BinDir() + QStringLiteral(".."), QStringLiteral("--prefix"), dir.path() + QStringLiteral("/prefix") })
+        && (!bInstalled || Run(QStringLiteral("chmod"), { QStringLiteral("-R"), QStringLiteral("a-w"), strApp }));
 }
 
 PlayerSandbox::~PlayerSandbox()
@@ -63,6 +52,8 @@ PlayerSandbox::~PlayerSandbox()
             p->waitForFinished(5000);
         }
     }
+    if (bInstalled)
+        Run(QStringLiteral("chmod"), { QStringLiteral("-R"), QStringLiteral("u+w"), strApp });
 }
 
 QProcessEnvironment PlayerSandbox::Environment() const
@@ -86,14 +77,14 @@ QProcessEnvironment PlayerSandbox::Environment() const
 QProcess* PlayerSandbox::Start(const QStringList& args, const QString& strWorkingDir)
 {
     auto p = std::make_unique<QProcess>();
-    const QString program = strApp + QStringLiteral("orbel-player");
-    if (arrLauncher.isEmpty()) {
-        p->setProgram(program);
-        p->setArguments(args);
-    } else {
-        p->setProgram(arrLauncher.first());
-        p->setArguments(arrLauncher.mid(1) + QStringList { program } + args);
-    }
+    // Root may write into any folder. In a user namespace of its own (which replaces itself
+    // by the program) only the owner's bits count, as for a normal user.
+    QStringList command = arrLauncher;
+    if (bInstalled && geteuid() == 0)
+        command << QStringLiteral("unshare") << QStringLiteral("--user");
+    command << strProgram << args;
+    p->setProgram(command.takeFirst());
+    p->setArguments(command);
     p->setProcessEnvironment(Environment());
     p->setWorkingDirectory(strWorkingDir.isEmpty() ? dir.path() : strWorkingDir);
     p->setProcessChannelMode(QProcess::ForwardedChannels);
@@ -137,39 +128,35 @@ QByteArray WindowRole(Display* pDisplay, Window w)
     return value;
 }
 
-bool HasClass(Display* pDisplay, Window w, const QByteArray& name)
-{
-    if (WindowRole(pDisplay, w) == name)
-        return true;
-    XClassHint hint { nullptr, nullptr };
-    if (!XGetClassHint(pDisplay, w, &hint))
-        return false;
-    const bool bMatch = (hint.res_name && name == hint.res_name) || (hint.res_class && name == hint.res_class);
-    if (hint.res_name)
-        XFree(hint.res_name);
-    if (hint.res_class)
-        XFree(hint.res_class);
-    return bMatch;
-}
-
 } // namespace
 
-std::vector<unsigned long> ScreenProbe::FindWindows(const QString& strClass) const
+std::vector<unsigned long> ScreenProbe::FindWindows(const QString& strRole) const
 {
     std::vector<unsigned long> found;
-    const QByteArray name = strClass.toUtf8();
+    const QByteArray name = strRole.toUtf8();
     for (const unsigned long w : x11.ViewableWindows()) {
-        if (HasClass(x11.Connection(), w, name))
+        if (WindowRole(x11.Connection(), w) == name)
             found.push_back(w);
     }
     return found;
 }
 
-std::vector<unsigned long> ScreenProbe::WaitForWindows(const QString& strClass, size_t nCount, int nTimeoutMs) const
+QString ScreenProbe::ClassHint(unsigned long window) const
+{
+    XClassHint hint { nullptr, nullptr };
+    if (!XGetClassHint(x11.Connection(), window, &hint))
+        return QString();
+    const QString s = QString::fromUtf8(hint.res_name) + QStringLiteral(", ") + QString::fromUtf8(hint.res_class);
+    XFree(hint.res_name);
+    XFree(hint.res_class);
+    return s;
+}
+
+std::vector<unsigned long> ScreenProbe::WaitForWindows(const QString& strRole, size_t nCount, int nTimeoutMs) const
 {
     std::vector<unsigned long> found;
     WaitUntil([&] {
-        found = FindWindows(strClass);
+        found = FindWindows(strRole);
         return found.size() == nCount;
     },
         nTimeoutMs);

@@ -1,7 +1,7 @@
 #pragma once
-// Runs the real program as a person would: each test gets its own copy of the program folder
-// (executable, engine and skin), its own runtime folder (so lock and socket are private) and
-// its own home, and looks at the screen through X11.
+// Runs the real program as a person would: each test gets its own install of the build
+// (executable, engine and skin in one folder), its own runtime folder (so lock and socket are
+// private) and its own home, and looks at the screen through X11.
 #include "support/X11Screen.h"
 
 #include <QColor>
@@ -23,15 +23,22 @@ namespace orbeltest {
 class PlayerSandbox
 {
 public:
-    PlayerSandbox();
+    // The build is installed ("cmake --install") into Root()/prefix/. A portable copy keeps
+    // its program folder writable and is started from it; an install's folder is made
+    // read-only, as a system folder is for a normal user, and it is started through its link
+    // in bin/.
+    enum class Kind { Portable,
+        Install };
+    explicit PlayerSandbox(Kind kind = Kind::Portable);
     ~PlayerSandbox();
 
-    // False when the program could not be copied (the test then fails).
+    // False when the build could not be installed (the test then fails).
     bool IsValid() const { return bValid; }
     QString AppFolder() const { return strApp; }
     QString Root() const { return dir.path(); }
-    // The folder the program writes its two files to (its own skin folder, which is writable).
-    QString SkinFolder() const { return strApp + QStringLiteral("skin/"); }
+    // The folder the program writes its two files to: its own skin folder in a portable copy,
+    // the per-user one under the sandbox's home in an install.
+    QString SkinFolder() const { return bInstalled ? dir.path() + QStringLiteral("/home/.config/orbel-player/skin/") : strApp + QStringLiteral("skin/"); }
 
     // Starts the program with these arguments, in strWorkingDir (the sandbox's root when
     // empty); it keeps running until the test ends it.
@@ -50,7 +57,9 @@ public:
 private:
     QTemporaryDir dir;
     QString strApp;
+    QString strProgram;
     QStringList arrLauncher;
+    bool bInstalled { false };
     bool bValid { false };
     std::vector<std::unique_ptr<QProcess>> processes;
 };
@@ -61,10 +70,13 @@ class ScreenProbe
 public:
     bool IsOpen() const { return x11.IsOpen(); }
 
-    // Mapped top-level windows whose window role, class or instance name is strClass.
-    std::vector<unsigned long> FindWindows(const QString& strClass) const;
+    // Mapped top-level windows whose window role (the program's class name of the window,
+    // such as "QKOrbelPlayerGuiFrame") is strRole.
+    std::vector<unsigned long> FindWindows(const QString& strRole) const;
     // Waits until exactly nCount such windows exist; returns them.
-    std::vector<unsigned long> WaitForWindows(const QString& strClass, size_t nCount, int nTimeoutMs) const;
+    std::vector<unsigned long> WaitForWindows(const QString& strRole, size_t nCount, int nTimeoutMs) const;
+    // The window's WM_CLASS as "instance, class"; empty when it has none.
+    QString ClassHint(unsigned long window) const;
     // The window's rectangle on the screen.
     QRect Geometry(unsigned long window) const;
     // The average colour of a square of nSize pixels around a client point, as the screen

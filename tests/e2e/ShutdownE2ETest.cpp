@@ -1,13 +1,16 @@
-// The real program under X, ended in the ways a desktop ends it: a window destroyed by another
-// program, the signals of a logout, and a new start while the player is on its way out.
-// Every way must save the options, let go of the single-instance lock and leave no process.
+// The installed program under X (started through its link in bin/, its own folder read-only),
+// ended in the ways a desktop ends it: a window destroyed by another program, the signals of
+// a logout, and a new start while the player is on its way out. Every way must save the
+// options in the user's config folder, let go of the single-instance lock and leave no process.
 #include "PlayerProcess.h"
 
 #include "support/TestMedia.h"
 #include "support/TestPaths.h"
 #include "support/WideFileText.h"
 
-#include <QFileInfo>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 #include <X11/Xlib.h>
@@ -26,7 +29,7 @@ class ShutdownE2ETest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(sandbox.IsValid()) << "could not copy the program from " << qPrintable(orbeltest::BinDir());
+        ASSERT_TRUE(sandbox.IsValid()) << "could not install the build from " << qPrintable(orbeltest::BinDir());
         ASSERT_TRUE(screen.IsOpen()) << "no X display";
         clip = TestMedia::SolidColor(QStringLiteral("red"), 60.0, 64, 48, true);
         ASSERT_FALSE(clip.isEmpty());
@@ -50,12 +53,13 @@ protected:
         const QString options = ReadWideFile(sandbox.SkinFolder() + "playeroptions.dat");
         EXPECT_TRUE(options.contains(QStringLiteral("<options dr=\"0\" ds=\"1\""))) << qPrintable(options);
         EXPECT_TRUE(options.contains(QStringLiteral("nVDel=\"0\"/>"))) << qPrintable(options);
+        EXPECT_EQ(QDir(sandbox.AppFolder() + "skin").entryList(QDir::Files | QDir::Hidden).join(' '), "mainwnd.xml usebigfont.dat");
         QProcess* next = sandbox.Start({});
         EXPECT_EQ(screen.WaitForWindows(kClass, 1, kWindowMs).size(), 1u);
         EXPECT_EQ(next->state(), QProcess::Running);
     }
 
-    PlayerSandbox sandbox;
+    PlayerSandbox sandbox { PlayerSandbox::Kind::Install };
     ScreenProbe screen;
     QString clip;
     QProcess* player { nullptr };
@@ -97,6 +101,17 @@ TEST_F(ShutdownE2ETest, StartDuringTheCloseOfThePlayerIsNeverLost)
         screen.RequestClose(windows.front());
         ASSERT_TRUE(PlayerSandbox::WaitForEnd(next, kEndMs));
     }
+}
+
+TEST_F(ShutdownE2ETest, WindowHasTheClassThatItsDesktopEntryNames)
+{
+    // The desktop groups the window under its entry (name, icon) by the window's class.
+    const unsigned long w = StartPlayer();
+    ASSERT_NE(w, 0u);
+    QFile entry(sandbox.Root() + "/prefix/share/applications/orbel-player.desktop");
+    ASSERT_TRUE(entry.open(QIODevice::ReadOnly));
+    const QString wmClass = QRegularExpression("\nStartupWMClass=(.+)\n").match(QString::fromUtf8(entry.readAll())).captured(1);
+    EXPECT_EQ(screen.ClassHint(w).toStdString(), (wmClass + ", " + wmClass).toStdString());
 }
 
 class SignalE2ETest : public ShutdownE2ETest, public ::testing::WithParamInterface<int>

@@ -39,7 +39,7 @@ class StartupE2ETest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(sandbox.IsValid()) << "could not copy the program from " << qPrintable(orbeltest::BinDir());
+        ASSERT_TRUE(sandbox.IsValid()) << "could not install the build from " << qPrintable(orbeltest::BinDir());
         ASSERT_TRUE(screen.IsOpen()) << "no X display";
         red = TestMedia::SolidColor(QStringLiteral("red"), kClipSeconds, 64, 48, true);
         green = TestMedia::SolidColor(QStringLiteral("green"), kClipSeconds, 64, 48, true);
