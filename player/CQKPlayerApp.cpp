@@ -171,22 +171,9 @@ void CQKPlayerApp::ReadStartupFiles(CQKPlayerDlg& dlg)
     dlg.m_strMediaPath.clear();
     if (dlg.m_arrFiles.isEmpty())
         return;
-    dlg.m_strMediaPath = dlg.m_arrFiles.first();
-    for (;;) {
-        if (dlg.LoadMediaInfo())
-            break;
-        dlg.m_bHasVideo = 0;
-        dlg.m_strMediaPath.clear();
-        dlg.m_arrFiles.removeFirst();
-        if (dlg.m_arrFiles.isEmpty())
-            break;
-        dlg.m_strMediaPath = dlg.m_arrFiles.first();
-    }
+    dlg.SelectFirstPlayable();
     // No message on this way: a list without a playable file just plays nothing.
     if (dlg.m_strMediaPath.isEmpty() || !QKPathIsFile(dlg.m_strMediaPath))
         return;
-    dlg.m_bInfoLoaded = 1;
-    dlg.OnStop();
-    dlg.OnPlayPause();
-    dlg.m_bInfoLoaded = 0;
+    dlg.PlaySelectedFile();
 }

@@ -271,7 +271,7 @@ void CQKPlayerDlg::OnDestroy()
     }
     // The bars come with full screen. The manager goes with the host, and the controls with it.
     CQKUIHostWnd::OnDestroy();
-    m_pBtnPlay = m_pBtnMute = m_pBtnMaximize = m_pBtnFullScreen = nullptr;
+    m_pBtnPlay = m_pBtnMute = m_pBtnMaximize = nullptr;
     m_pPosSlider = m_pVolSlider = nullptr;
     m_pTimeCurrent = m_pTimeTotal = m_pTitleText = nullptr;
     m_pTaskbarList.reset();

@@ -115,6 +115,8 @@ public:
     // playable file; Select* only choose the current file and play nothing.
     void OnFileOpen();
     void SelectFirstPlayable();
+    // Stops what plays and starts the file the selection chose, with the facts it read.
+    void PlaySelectedFile();
     void SelectNextFile();
     void SelectPrevFile();
     // One step (1 next, -1 previous) through the queue; a queue of one walks the folder.
@@ -233,7 +235,6 @@ public:
     CQKButton* m_pBtnPlay { nullptr };
     CQKButton* m_pBtnMute { nullptr };
     CQKButton* m_pBtnMaximize { nullptr };
-    CQKButton* m_pBtnFullScreen { nullptr };
     CQKSlider* m_pPosSlider { nullptr };
     CQKSlider* m_pVolSlider { nullptr };
     CQKStatic* m_pTimeCurrent { nullptr };

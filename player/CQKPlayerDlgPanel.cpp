@@ -135,10 +135,6 @@ void CQKPlayerDlg::RememberControl(uint32_t nID, CQKButton* p, bool bBar)
     case kIdMaximize:
         (bBar ? m_pBarMaximize : m_pBtnMaximize) = p;
         break;
-    case kIdFullScreen:
-        if (!bBar)
-            m_pBtnFullScreen = p;
-        break;
     case kIdPosSlider:
         (bBar ? m_pBarPosSlider : m_pPosSlider) = static_cast<CQKSlider*>(p);
         break;

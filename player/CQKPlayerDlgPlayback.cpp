@@ -261,13 +261,19 @@ void CQKPlayerDlg::OnFileOpen()
     m_arrFiles = arrChosen;
     SelectFirstPlayable();
     if (IsExistingFile(m_strMediaPath)) {
-        m_bInfoLoaded = 1;
-        OnStop();
-        OnPlayPause();
-        m_bInfoLoaded = 0;
+        PlaySelectedFile();
     } else {
         ShowMediaError();
     }
+}
+
+void CQKPlayerDlg::PlaySelectedFile()
+{
+    // The selection has just probed the file: its facts are not asked for again.
+    m_bInfoLoaded = 1;
+    OnStop();
+    OnPlayPause();
+    m_bInfoLoaded = 0;
 }
 
 void CQKPlayerDlg::SelectFirstPlayable()
