@@ -197,11 +197,6 @@ void CQKPlayerDlg::OnCommand(uint32_t nCmd)
     }
 }
 
-void CQKPlayerDlg::OnFullScreen()
-{
-    // Full screen comes with the display modes; the window stays as it is until then.
-}
-
 void CQKPlayerDlg::OnEscape()
 {
     // Esc leaves full screen; outside it, it ends the program.
@@ -221,6 +216,9 @@ void CQKPlayerDlg::OnTimer(uint32_t nID)
     switch (nID) {
     case QKTIMER_POSITION:
         OnPositionTimer();
+        break;
+    case QKTIMER_CURSOR:
+        OnCursorTimer();
         break;
     case QKTIMER_STARTUP:
         // A one-shot: the list is read once per start and once per wake-up.
