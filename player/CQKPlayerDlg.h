@@ -143,8 +143,8 @@ public:
     void SetMuteFaces();
     void SetMaximizeFaces();
 
-    // Full screen, Esc and the options menu. Full screen comes with the display modes and the
-    // menu with the drawn menus; until then these keep the window as it is.
+    // Full screen (CQKPlayerDlgScreen.cpp), Esc and the options menu. The menu comes with the
+    // drawn menus; until then it keeps the window as it is.
     void OnFullScreen();
     void OnEscape();
     void ShowContextMenu(QPoint ptScreen);

@@ -64,4 +64,21 @@ bool DesktopPanel::CursorShows() const
     return bShows;
 }
 
+void DesktopPanel::AskToMaximise(unsigned long target) const
+{
+    if (!pDisplay)
+        return;
+    XEvent ev {};
+    ev.xclient.type = ClientMessage;
+    ev.xclient.window = target;
+    ev.xclient.message_type = XInternAtom(pDisplay, "_NET_WM_STATE", False);
+    ev.xclient.format = 32;
+    ev.xclient.data.l[0] = 1; // add
+    ev.xclient.data.l[1] = static_cast<long>(XInternAtom(pDisplay, "_NET_WM_STATE_MAXIMIZED_VERT", False));
+    ev.xclient.data.l[2] = static_cast<long>(XInternAtom(pDisplay, "_NET_WM_STATE_MAXIMIZED_HORZ", False));
+    ev.xclient.data.l[3] = 1; // from an application
+    XSendEvent(pDisplay, DefaultRootWindow(pDisplay), False, SubstructureRedirectMask | SubstructureNotifyMask, &ev);
+    XFlush(pDisplay);
+}
+
 } // namespace orbeltest

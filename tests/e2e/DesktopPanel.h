@@ -21,6 +21,8 @@ public:
     QRect WorkArea() const;
     // The pointer's picture, as the X server shows it now, has a visible pixel.
     bool CursorShows() const;
+    // Asks the window manager to maximise a window, as the desktop's own command does.
+    void AskToMaximise(unsigned long window) const;
 
 private:
     _XDisplay* pDisplay { nullptr };

@@ -224,7 +224,8 @@ TEST_F(WindowManagerE2ETest, SizeKeysFullScreenAndMaximiseUseTheScreenAndItsFree
     EXPECT_TRUE(becomes(normal)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
 
     // The maximise button fills the free area; minimised and restored, the window comes back
-    // there; the title's double click restores it.
+    // there; the title's double click restores it. The window manager's own maximise counts
+    // as the window's: the title's double click restores that too.
     screen.Click(w, QPoint(normal.width() - 37, 15));
     EXPECT_TRUE(becomes(free)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
     screen.Click(w, QPoint(free.width() - 59, 15));
@@ -233,7 +234,13 @@ TEST_F(WindowManagerE2ETest, SizeKeysFullScreenAndMaximiseUseTheScreenAndItsFree
     EXPECT_TRUE(WaitUntil([&] { return WindowState(w) == 1; }, kWaitMs));
     EXPECT_TRUE(becomes(free)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
     pointer(free.topLeft() + QPoint(50, 15));
-    xdo({ QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"), QStringLiteral("80"), QStringLiteral("1") });
+    auto doubleClick = [&] { xdo({ QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"), QStringLiteral("80"), QStringLiteral("1") }); };
+    doubleClick();
+    EXPECT_TRUE(becomes(normal)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
+    panel.AskToMaximise(w);
+    EXPECT_TRUE(becomes(free)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
+    pointer(free.topLeft() + QPoint(50, 15));
+    doubleClick();
     EXPECT_TRUE(becomes(normal)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
 }
 
