@@ -177,6 +177,8 @@ protected:
     bool OnSetCursor(QPoint pt) override;
     void OnLeftButtonDown(QPoint pt, uint32_t keys) override;
     void OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys) override;
+    // Files dropped on any window of the program (CQKPlayerDlgPlayback.cpp).
+    void OnDropFiles(const QStringList& paths) override;
 
 private:
     void OnCommand(uint32_t nCmd);
