@@ -10,6 +10,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMetaObject>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -536,5 +537,13 @@ void CQKHostWidget::dropEvent(QDropEvent* e)
         return;
     }
     e->acceptProposedAction();
-    pTarget->OnDropFiles(DroppedItems(e->mimeData()));
+    // The files are taken after the drop has ended, as a posted message: the drag source is
+    // told at once that the drop is done, and not only after the files were probed, played,
+    // or a message about them was closed.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [pTarget, items = DroppedItems(e->mimeData())] {
+            if (CQKHostWnd::IsWindow(pTarget))
+                pTarget->OnDropFiles(items);
+        },
+        Qt::QueuedConnection);
 }

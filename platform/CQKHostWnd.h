@@ -302,7 +302,8 @@ protected:
     // derived OnDestroy, so a host that needs it calls DestroyWindow() in its own destructor.
     virtual void OnDestroy() { }
     // Files dropped on the window, in their order: local paths, and in the place of an item
-    // that is no local file (a web address) its text, which names no file here.
+    // that is no local file (a web address) its text, which names no file here. Posted: it
+    // comes after the drop has ended.
     virtual void OnDropFiles(const QStringList& paths);
     // The window was shown or hidden.
     virtual void OnShowWindow(bool bShow);

@@ -3,6 +3,7 @@
 #include "platform/QKFilePath.h"
 
 #include <array>
+#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,7 +13,7 @@ namespace QKFolderWalk {
 namespace {
 
 // The walk's media types, in the order they are tested.
-constexpr std::array<const char16_t*, 24> kMediaTypes = { u"avi", u"mpg", u"mpeg", u"mp4", u"rv", u"rm",
+constexpr std::array<QStringView, 24> kMediaTypes = { u"avi", u"mpg", u"mpeg", u"mp4", u"rv", u"rm",
     u"rmvb", u"mkv", u"flv", u"mts", u"ts", u"wmv", u"asf", u"ogg", u"vob", u"mp3", u"mp2", u"mpa",
     u"wma", u"wav", u"m4a", u"ac3", u"aac", u"amr" };
 
@@ -23,6 +24,10 @@ bool IsDigit(char16_t c)
 
 char16_t Folded(QChar c)
 {
+    // Most names are ASCII; the table lookup is kept for the rest.
+    const char16_t u = c.unicode();
+    if (u < 0x80)
+        return u >= u'A' && u <= u'Z' ? static_cast<char16_t>(u + 32) : u;
     return c.toCaseFolded().unicode();
 }
 
@@ -108,7 +113,7 @@ public:
     void ForEach(Fn fn)
     {
         while (const dirent* pEntry = pDir ? ::readdir(pDir) : nullptr)
-            fn(Entry { QKDecodePath(QByteArray(pEntry->d_name)), pEntry->d_type });
+            fn(Entry { QKDecodePath(QByteArray::fromRawData(pEntry->d_name, static_cast<qsizetype>(std::strlen(pEntry->d_name)))), pEntry->d_type });
     }
 
     // A regular file, links followed. The listing's type answers without a look at the file
@@ -152,8 +157,8 @@ bool IsMediaName(QStringView strName)
     const QStringView strType = strName.mid(nDot + 1);
     if (strType.size() < 2 || strType.size() > 4)
         return false;
-    for (const char16_t* pszType : kMediaTypes)
-        if (strType.compare(QStringView(pszType), Qt::CaseInsensitive) == 0)
+    for (const QStringView strMedia : kMediaTypes)
+        if (strType.compare(strMedia, Qt::CaseInsensitive) == 0)
             return true;
     return false;
 }

@@ -88,6 +88,8 @@ protected:
     {
         // The source stays until the test ends: the player reads the dragged names from it
         // after the drop.
+        source.urls.clear();
+        source.bDone = false;
         for (const QString& f : files)
             source.urls << (f.startsWith(QStringLiteral("https:")) ? QUrl(f) : QUrl::fromLocalFile(f));
         source.setGeometry(0, 0, 80, 80);
@@ -145,6 +147,18 @@ TEST_F(FilesE2ETest, FolderWalkDropAndPlayNextAsAPersonUsesThem)
     ASSERT_TRUE(DragOnto(w, QPoint(rc.width() / 2, rc.height() / 3), { QStringLiteral("https://example.org/clip.mkv"), shortGreen, red, blue })) << "the player did not take the drop; " << Shot("drop");
     EXPECT_TRUE(Shows(w, IsGreen)) << "the first dropped file does not play; " << Shot("dropped-first");
     EXPECT_TRUE(Shows(w, IsRed)) << "the end of the first file did not go on to the second; " << Shot("play-next");
+
+    // A drop of nothing playable brings the message, and what played goes on playing.
+    const QString noise = TestMedia::RandomBytes();
+    ASSERT_TRUE(DragOnto(w, QPoint(rc.width() / 2, rc.height() / 3), { noise })) << Shot("drop-noise");
+    const auto tips = screen.WaitForWindows(QStringLiteral("QKOrbelDialog"), 1, kWindowMs);
+    ASSERT_EQ(tips.size(), 1u) << "no message came; " << Shot("no-tips");
+    EXPECT_EQ(screen.WindowName(tips.front()), QStringLiteral("Tips"));
+    screen.PressKey(tips.front(), "Return");
+    EXPECT_EQ(screen.WaitForWindows(QStringLiteral("QKOrbelDialog"), 0, kWindowMs).size(), 0u);
+    const QRect rcElapsed(5, screen.Geometry(w).height() - 49, 50, 16);
+    const auto elapsed = screen.Pixels(w, rcElapsed);
+    EXPECT_TRUE(WaitUntil([&] { return screen.Pixels(w, rcElapsed) != elapsed; }, kChangeMs)) << "the playback before the drop ended; " << Shot("after-noise");
 
     screen.PressKey(w, "ctrl+e");
     EXPECT_TRUE(PlayerSandbox::WaitForEnd(player, kWindowMs));

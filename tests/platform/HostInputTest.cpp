@@ -300,6 +300,7 @@ TEST_F(HostInputTest, DroppedItemsArriveInOrderAtTheHostThatCatchesThem)
     EXPECT_TRUE(enter.isAccepted());
     QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(other.NativeWindow(), &drop);
+    QCoreApplication::processEvents();
     EXPECT_TRUE(other.vecDrops.empty());
     ASSERT_EQ(host.vecDrops.size(), 1u);
     EXPECT_EQ(host.vecDrops[0], QStringList({ "/tmp/b clip.mkv", "https://example.org/x.mp4", "/tmp/a.mp3" }));
