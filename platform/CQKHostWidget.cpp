@@ -10,6 +10,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMetaObject>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -90,6 +91,9 @@ CQKHostWidget::CQKHostWidget(CQKHostWnd* host, QWidget* pParent, Qt::WindowFlags
 {
     setMouseTracking(true);
     setAttribute(Qt::WA_NoSystemBackground);
+    // Every window hears of drags; whether a drop is taken, and by whom, is decided when one
+    // comes (CQKHostWnd::CatchDroppedFiles).
+    setAcceptDrops(true);
     CQKWindowLossFilter::Install();
 }
 
@@ -513,20 +517,30 @@ void CQKHostWidget::changeEvent(QEvent* e)
 
 // --- dropped files --------------------------------------------------------------------------
 
-static QStringList LocalFiles(const QMimeData* mime)
+// The dropped items in order: local files as paths; anything else (a web address) as its text,
+// so that the receiver refuses it as it refuses a file it cannot play.
+static QStringList DroppedItems(const QMimeData* mime)
 {
-    QStringList paths;
+    QStringList items;
     if (!mime || !mime->hasUrls())
-        return paths;
+        return items;
     for (const QUrl& url : mime->urls())
-        if (url.isLocalFile())
-            paths << url.toLocalFile();
-    return paths;
+        items << (url.isLocalFile() ? url.toLocalFile() : url.toString());
+    return items;
+}
+
+// The host that takes a drag: none while a modal window (a message) is up, so that a drop
+// never starts a new file under it.
+static CQKHostWnd* DragTarget(CQKHostWnd* pHost, const QMimeData* mime)
+{
+    if (QGuiApplication::modalWindow() || DroppedItems(mime).isEmpty())
+        return nullptr;
+    return CQKHostWnd::DropTarget(pHost);
 }
 
 void CQKHostWidget::dragEnterEvent(QDragEnterEvent* e)
 {
-    if (!LocalFiles(e->mimeData()).isEmpty())
+    if (DragTarget(pHost, e->mimeData()))
         e->acceptProposedAction();
     else
         e->ignore();
@@ -534,7 +548,7 @@ void CQKHostWidget::dragEnterEvent(QDragEnterEvent* e)
 
 void CQKHostWidget::dragMoveEvent(QDragMoveEvent* e)
 {
-    if (!LocalFiles(e->mimeData()).isEmpty())
+    if (DragTarget(pHost, e->mimeData()))
         e->acceptProposedAction();
     else
         e->ignore();
@@ -542,11 +556,19 @@ void CQKHostWidget::dragMoveEvent(QDragMoveEvent* e)
 
 void CQKHostWidget::dropEvent(QDropEvent* e)
 {
-    const QStringList paths = LocalFiles(e->mimeData());
-    if (paths.isEmpty() || !pHost) {
+    CQKHostWnd* pTarget = DragTarget(pHost, e->mimeData());
+    if (!pTarget) {
         e->ignore();
         return;
     }
     e->acceptProposedAction();
-    pHost->OnDropFiles(paths);
+    // The files are taken after the drop has ended, as a posted message: the drag source is
+    // told at once that the drop is done, and not only after the files were probed, played,
+    // or a message about them was closed.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [pTarget, items = DroppedItems(e->mimeData())] {
+            if (CQKHostWnd::IsWindow(pTarget))
+                pTarget->OnDropFiles(items);
+        },
+        Qt::QueuedConnection);
 }

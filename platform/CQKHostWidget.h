@@ -41,6 +41,7 @@ public:
     QImage image; // the composed picture, client size, ARGB32 premultiplied
     bool bTranslucent { false };
     bool bPopup { false };
+    bool bAcceptFiles { false }; // DragAcceptFiles of the host
 
 protected:
     bool event(QEvent* e) override;

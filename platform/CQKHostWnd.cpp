@@ -22,11 +22,14 @@ static std::unordered_set<const CQKHostWnd*> g_liveHosts;
 static CQKHostWnd* g_pCapture = nullptr;
 static int g_nCursorCount = 0;
 static bool g_bCursorHidden = false;
+static CQKHostWnd* g_pDropReceiver = nullptr;
 
 CQKHostWnd::CQKHostWnd() = default;
 
 CQKHostWnd::~CQKHostWnd()
 {
+    if (g_pDropReceiver == this)
+        g_pDropReceiver = nullptr;
     if (!pWidget)
         return;
     // The derived part is gone, so OnDestroy cannot be reached any more; only the window
@@ -306,8 +309,13 @@ static Qt::CursorShape ShapeOf(uint32_t nCursor)
 
 void CQKHostWnd::SetCursor(uint32_t nCursor)
 {
-    if (pWidget)
-        pWidget->setCursor(ShapeOf(nCursor));
+    if (!pWidget)
+        return;
+    pWidget->setCursor(ShapeOf(nCursor));
+    // The wait cursor comes before work that holds this thread; it must reach the screen
+    // before that work starts, not when the loop next runs.
+    if (nCursor == IDC_WAIT && qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+        QGuiApplication::sync();
 }
 
 int CQKHostWnd::ShowCursor(bool bShow)
@@ -690,7 +698,19 @@ const QImage& CQKHostWnd::HostImage() const
 void CQKHostWnd::DragAcceptFiles(bool bAccept)
 {
     if (pWidget)
-        pWidget->setAcceptDrops(bAccept);
+        pWidget->bAcceptFiles = bAccept;
+}
+
+void CQKHostWnd::CatchDroppedFiles(CQKHostWnd* pReceiver)
+{
+    g_pDropReceiver = pReceiver;
+}
+
+CQKHostWnd* CQKHostWnd::DropTarget(CQKHostWnd* pHost)
+{
+    if (g_pDropReceiver && IsWindow(g_pDropReceiver))
+        return g_pDropReceiver;
+    return pHost && pHost->pWidget && pHost->pWidget->bAcceptFiles ? pHost : nullptr;
 }
 
 QWidget* CQKHostWnd::NativeWidget() const

@@ -252,7 +252,12 @@ public:
     const QImage& HostImage() const;
 
     // --- dropped files ------------------------------------------------------------------
+    // Files dropped on this window reach its OnDropFiles.
     void DragAcceptFiles(bool bAccept);
+    // Files dropped on any window of the program (the video surface, the bars, a popup) reach
+    // pReceiver's OnDropFiles instead, whether or not that window takes files itself; null
+    // ends it. While a modal window is up, drops on the windows it blocks are refused.
+    static void CatchDroppedFiles(CQKHostWnd* pReceiver);
 
     // --- for platform code only -----------------------------------------------------------
     // The widget behind the window (video surface, edit fields), or null.
@@ -261,6 +266,8 @@ public:
     QWindow* NativeWindow() const;
     // The host of a widget made by this class, or null.
     static CQKHostWnd* FromWidget(const QWidget* pWidget);
+    // The host whose OnDropFiles takes a drop on pHost's window, or null when none does.
+    static CQKHostWnd* DropTarget(CQKHostWnd* pHost);
 
     // What happens to a key of this window that PreTranslateKey did not take: WM_KEYDOWN
     // through the accelerator table (a match sends WM_COMMAND with the command id and returns
@@ -307,7 +314,9 @@ protected:
     // The window is going; the last moment it exists. The base destructor cannot reach a
     // derived OnDestroy, so a host that needs it calls DestroyWindow() in its own destructor.
     virtual void OnDestroy() { }
-    // Files dropped on the window, local paths in their order.
+    // Files dropped on the window, in their order: local paths, and in the place of an item
+    // that is no local file (a web address) its text, which names no file here. Posted: it
+    // comes after the drop has ended.
     virtual void OnDropFiles(const QStringList& paths);
     // The window was shown or hidden.
     virtual void OnShowWindow(bool bShow);

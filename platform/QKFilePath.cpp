@@ -53,16 +53,21 @@ QString QKDecodePath(const QByteArray& bytes)
     QString text;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.constData());
     const qsizetype n = bytes.size();
+    // Runs of valid text are decoded in one go: the folder walk decodes every name of a folder.
+    qsizetype nRun = 0;
     for (qsizetype i = 0; i < n;) {
         const int nLength = ValidSequence(p + i, n - i);
         if (nLength == 0) {
+            text.append(QString::fromUtf8(bytes.constData() + nRun, i - nRun));
             text.append(QChar(static_cast<char16_t>(0xDC00 + p[i])));
-            ++i;
+            nRun = ++i;
             continue;
         }
-        text.append(QString::fromUtf8(bytes.constData() + i, nLength));
         i += nLength;
     }
+    if (nRun == 0)
+        return QString::fromUtf8(bytes);
+    text.append(QString::fromUtf8(bytes.constData() + nRun, n - nRun));
     return text;
 }
 

@@ -12,9 +12,14 @@ QStringList QKFileDialogFilters(const QString& strFilter)
     const QStringList parts = strFilter.split(u'|');
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
         QStringList patterns;
-        for (const QString& p : parts[i + 1].split(u';'))
-            if (!p.trimmed().isEmpty())
+        for (const QString& p : parts[i + 1].split(u';')) {
+            // "*.*" means every file, as it does on Windows; here it would leave out the names
+            // without a dot.
+            if (p.trimmed() == u"*.*")
+                patterns << QStringLiteral("*");
+            else if (!p.trimmed().isEmpty())
                 patterns << p.trimmed();
+        }
         if (patterns.isEmpty())
             continue;
         // The dialog reads an entry's patterns from the parentheses at its end, separated by

@@ -13,7 +13,8 @@ class CQKHostWnd;
 // Turns a filter of the program ("Text (*.a;*.b)|*.a;*.b|Other|*.c|") into the dialog's name
 // filters, one per entry, in order: the entry's text with its own parenthesised part replaced
 // by the entry's patterns separated by spaces ("Text (*.a *.b)"). Empty patterns and a stray
-// trailing separator are dropped; an entry without patterns is left out.
+// trailing separator are dropped; an entry without patterns is left out. "*.*" becomes "*",
+// every file, names without a dot included.
 QStringList QKFileDialogFilters(const QString& strFilter);
 
 // Asks for existing files to open. `bMultiple` allows choosing several. An empty list when

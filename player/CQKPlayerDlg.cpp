@@ -76,7 +76,6 @@ void CQKPlayerDlg::OnCreate()
 
 void CQKPlayerDlg::OnInitDialog()
 {
-    // Dropped files need no privilege filter here.
     // The smallest window size for dragging comes with the frame's grips.
     m_rcVideo = QRect(0, 0, 856, 480);
     // Start size, centred on the primary screen.
@@ -85,6 +84,8 @@ void CQKPlayerDlg::OnInitDialog()
     if (QKPlayerOptions::bAlwaysOnTop)
         SetTopmost(true);
     DragAcceptFiles(true);
+    // A drop on any window of the program, the video surface and the bars too, is a drop here.
+    CatchDroppedFiles(this);
     ComputeVideoRect();
     if (pUIManager)
         pUIManager->LoadSkin(this);

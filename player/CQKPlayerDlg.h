@@ -188,6 +188,8 @@ protected:
     void OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys) override;
     // A window manager's maximise and restore, the taskbar's restore (CQKPlayerDlgScreen.cpp).
     void OnWindowStateChange(uint32_t nOldState, uint32_t nNewState) override;
+    // Files dropped on any window of the program (CQKPlayerDlgPlayback.cpp).
+    void OnDropFiles(const QStringList& paths) override;
 
 private:
     void OnCommand(uint32_t nCmd);

@@ -24,6 +24,7 @@
 #include "platform/QKFilePath.h"
 #include "platform/QKMessages.h"
 #include "platform/QKSystemDialogs.h"
+#include "player/QKFolderWalk.h"
 #include "player/QKPlayTime.h"
 #include "player/QKPlayerOptions.h"
 #include "player/QKWide.h"
@@ -267,6 +268,21 @@ void CQKPlayerDlg::OnFileOpen()
     }
 }
 
+void CQKPlayerDlg::OnDropFiles(const QStringList& paths)
+{
+    // The queue is emptied before the new files are probed, and what plays goes on playing
+    // while they are: a drop of nothing playable ends with the message, an empty current path
+    // and the old playback still running.
+    m_arrFiles = paths;
+    if (m_arrFiles.isEmpty())
+        return;
+    SelectFirstPlayable();
+    if (IsExistingFile(m_strMediaPath))
+        PlaySelectedFile();
+    else
+        ShowMediaError();
+}
+
 void CQKPlayerDlg::PlaySelectedFile()
 {
     // The selection has just probed the file: its facts are not asked for again.
@@ -329,12 +345,12 @@ void CQKPlayerDlg::SelectInQueue(int nStep)
 
 void CQKPlayerDlg::FindNextInFolder()
 {
-    // The folder walk comes with the file browsing; until then a queue of one file plays that
-    // file again, as a lone file in its folder does.
+    m_strMediaPath = QKFolderWalk::FindNext(m_strMediaPath);
 }
 
 void CQKPlayerDlg::FindPrevInFolder()
 {
+    m_strMediaPath = QKFolderWalk::FindPrev(m_strMediaPath);
 }
 
 void CQKPlayerDlg::StartPlayThread()

@@ -286,26 +286,30 @@ TEST_F(HostInputTest, HostSetsItsCursorOrGetsTheArrow)
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(HostInputTest, DroppedLocalFilesArriveInOrder)
+TEST_F(HostInputTest, DroppedItemsArriveInOrderAtTheHostThatCatchesThem)
 {
-    host.DragAcceptFiles(true);
+    // A drop on a window that takes no files itself reaches the catching host, in order, with
+    // the text of a web address in its place.
+    HostRecorder other;
+    ASSERT_TRUE(other.CreateShown(QRect(400, 150, 100, 80)));
+    CQKHostWnd::CatchDroppedFiles(&host);
     QMimeData mime;
     mime.setUrls({ QUrl::fromLocalFile("/tmp/b clip.mkv"), QUrl("https://example.org/x.mp4"), QUrl::fromLocalFile("/tmp/a.mp3") });
-    QWindow* win = host.NativeWindow();
     QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(win, &enter);
+    QCoreApplication::sendEvent(other.NativeWindow(), &enter);
     EXPECT_TRUE(enter.isAccepted());
     QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(win, &drop);
+    QCoreApplication::sendEvent(other.NativeWindow(), &drop);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(other.vecDrops.empty());
     ASSERT_EQ(host.vecDrops.size(), 1u);
-    EXPECT_EQ(host.vecDrops[0], QStringList({ "/tmp/b clip.mkv", "/tmp/a.mp3" }));
+    EXPECT_EQ(host.vecDrops[0], QStringList({ "/tmp/b clip.mkv", "https://example.org/x.mp4", "/tmp/a.mp3" }));
 
-    // Only web addresses: refused.
-    QMimeData web;
-    web.setUrls({ QUrl("https://example.org/x.mp4") });
-    QDragEnterEvent enterWeb(QPoint(10, 10), Qt::CopyAction, &web, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(win, &enterWeb);
-    EXPECT_FALSE(enterWeb.isAccepted());
+    // Without a catching host, a window that takes no files refuses them.
+    CQKHostWnd::CatchDroppedFiles(nullptr);
+    QDragEnterEvent refused(QPoint(10, 10), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(other.NativeWindow(), &refused);
+    EXPECT_FALSE(refused.isAccepted());
 }
 
 TEST_F(HostInputTest, ActivationIsReported)

@@ -10,8 +10,8 @@ TEST(SystemDialogsTest, FilterEntriesBecomeNameFiltersInOrder)
     EXPECT_EQ(f[0], QStringLiteral("Text (*.a *.b)"));
     // The space after a semicolon is not part of a pattern.
     EXPECT_EQ(f[1], QStringLiteral("Windows Media Files (*.asf *.wmv)"));
-    // The trailing semicolon leaves no empty pattern.
-    EXPECT_EQ(f[2], QStringLiteral("All Files (*.*)"));
+    // The trailing semicolon leaves no empty pattern; all files are all, with a dot or not.
+    EXPECT_EQ(f[2], QStringLiteral("All Files (*)"));
 }
 
 TEST(SystemDialogsTest, OddFiltersGiveWhatTheyCan)

@@ -3,7 +3,6 @@
 #include "PlayerFixture.h"
 #include "engine/qkplay.h"
 #include "platform/QKAppFolder.h"
-#include "platform/QKSystemDialogs.h"
 #include "player/CQKPlayerApp.h"
 #include "player/CQKPlayerDlg.h"
 #include "player/CQKStartupList.h"
@@ -11,12 +10,15 @@
 #include "support/TestMedia.h"
 #include "support/WideFileText.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QTemporaryDir>
 #include <QThread>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 using orbeltest::TestMedia;
@@ -67,15 +69,27 @@ TEST_F(PlayerDlgTest, StartupListPlaysTheFirstPlayableFileAndQueuesTheRest)
     EXPECT_TRUE(dlg.m_strMediaPath.isEmpty());
     EXPECT_NE(qkplaydll_IsReady(), 0);
 
-    // Play with no current file asks for files; a cancelled dialog starts and stops nothing.
-    QString strAskedFilter;
-    QKSetOpenFileNamesProvider([&](const QString& strFilter) {
-        strAskedFilter = strFilter;
-        return QStringList();
+    // Play with no current file asks for files in the system's dialog, with the eleven kinds
+    // of file in their order; a cancelled dialog starts and stops nothing.
+    QStringList filters;
+    QFileDialog::FileMode mode = QFileDialog::AnyFile;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        if (auto* pDialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+            filters = pDialog->nameFilters();
+            mode = pDialog->fileMode();
+            pDialog->reject();
+        }
     });
+    poll.start(20);
     dlg.OnPlayPause();
-    QKSetOpenFileNamesProvider(nullptr);
-    EXPECT_TRUE(strAskedFilter.startsWith(QStringLiteral("Media Files (*.avi;")));
+    poll.stop();
+    ASSERT_EQ(filters.size(), 11);
+    EXPECT_TRUE(filters[0].startsWith(QStringLiteral("Media Files (*.avi *.ogg *.ogm ")));
+    EXPECT_TRUE(filters[1].startsWith(QStringLiteral("Video Files (")));
+    EXPECT_TRUE(filters[2].startsWith(QStringLiteral("Audio files (*.wav *.flac ")));
+    EXPECT_EQ(filters.mid(3), (QStringList { "MPEG Files (*.mpg *.mpeg *.m2v *.m1v *.m2ts *.mts *.ts *.vob)", "Windows Media Files (*.asf *.wmv)", "ISO files (*.mp4 *.3gp *.3g2)", "Flash Video files (*.flv *.f4v *.m4v)", "Real Media (*.rv *.rm *.rmvb)", "AVI files (*.avi)", "MOV files (*.mov)", "All Files (*)" }));
+    EXPECT_EQ(mode, QFileDialog::ExistingFiles);
     EXPECT_TRUE(dlg.m_arrFiles.isEmpty());
     EXPECT_NE(qkplaydll_IsPlaying(), 0);
     dlg.OnStop();
