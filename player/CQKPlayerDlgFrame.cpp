@@ -191,6 +191,10 @@ void CQKPlayerDlg::OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys)
             return;
         }
         break;
+    case WM_RBUTTONUP:
+        if (OnContextButtonUp(pt))
+            return;
+        break;
     case WM_LBUTTONDBLCLK:
         if (QKFrameGrips::InTitleDoubleClickStrip(pt, GetClientRect().width())) {
             // Full screen is left by its own ways.
