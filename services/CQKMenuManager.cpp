@@ -552,6 +552,11 @@ int CQKMenuManager::TrackPopupMenu(QKHMENU hMenu, int x, int y, CQKHostWnd* pOwn
     return nResult;
 }
 
+void CQKMenuManager::EndMenuTracking()
+{
+    CQKMenuTracker::EndActive();
+}
+
 int32_t CQKMenuManager::GetMenuWndCount()
 {
     return static_cast<int32_t>(s_arrMenuWnds.size());

@@ -156,6 +156,8 @@ public:
     // --- open menu windows ----------------------------------------------------------------
     // Opens `hMenu` at a screen point over `pOwner` and returns the chosen id, or 0.
     static int TrackPopupMenu(QKHMENU hMenu, int x, int y, CQKHostWnd* pOwner);
+    // Closes the menu that is open now, with nothing chosen (a window on its way out).
+    static void EndMenuTracking();
     static int32_t GetMenuWndCount();
     // The open menu window at `i` (0 is the first menu), or null.
     static CQKHostWnd* GetMenuWnd(int i);

@@ -7,6 +7,14 @@
 
 #include <algorithm>
 
+CQKMenuTracker* CQKMenuTracker::s_pActive = nullptr;
+
+void CQKMenuTracker::EndActive()
+{
+    if (s_pActive)
+        s_pActive->End(0);
+}
+
 CQKMenuTracker::CQKMenuTracker(CQKHostWnd* pOwnerWnd)
     : pOwner(pOwnerWnd)
 {
@@ -52,8 +60,11 @@ int CQKMenuTracker::Track(QKHMENU hMenu, QPoint ptScreen)
     // The first menu takes the mouse wherever the pointer goes: moves over the sub-menus and
     // presses outside come to it, and a press outside reaches no other window.
     pRoot->SetCapture();
+    CQKMenuTracker* pOuter = s_pActive;
+    s_pActive = this;
     if (!bEnded)
         pRoot->RunModal();
+    s_pActive = pOuter;
     if (CQKHostWnd::GetCapture() == pRoot)
         CQKHostWnd::ReleaseCapture();
     CloseLevelsAbove(-1);

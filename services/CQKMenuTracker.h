@@ -46,6 +46,9 @@ public:
     void OnKey(uint32_t vk, uint32_t mods);
     // Ends the tracking with `nID` (0: nothing chosen).
     void End(int nID);
+    // Ends the tracking that runs now, if any, with nothing chosen: a window that closes
+    // while its menu is open must not wait for the user to close the menu.
+    static void EndActive();
 
     // Where a menu of `size` goes: at `pt`, or flipped to its left or above it where the
     // screen `rcScreen` ends.
@@ -76,4 +79,5 @@ private:
     std::vector<tagLevel> vecLevels;
     int nResult { 0 };
     bool bEnded { false };
+    static CQKMenuTracker* s_pActive;
 };

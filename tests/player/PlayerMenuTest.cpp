@@ -138,4 +138,19 @@ TEST_F(PlayerMenuTest, ChoicesChangeTheOptionsTheyName)
     });
 }
 
+TEST_F(PlayerMenuTest, CloseCommandWhileTheMenuIsOpenEndsTheWindow)
+{
+    // What a logout does: the close command arrives while the menu waits for the user.
+    CQKPlayerDlg dlg;
+    QTimer::singleShot(0, [&] {
+        QTimer::singleShot(0, [&] {
+            EXPECT_EQ(CQKMenuManager::GetMenuWndCount(), 1);
+            dlg.PostMessage(WM_COMMAND, QKCMD_CLOSE, 0);
+        });
+        dlg.ShowContextMenu(dlg.ClientToScreen(QPoint(300, 15)));
+    });
+    EXPECT_EQ(dlg.DoModal(), static_cast<int>(QKCMD_CLOSE));
+    EXPECT_EQ(CQKMenuManager::GetMenuWndCount(), 0);
+}
+
 } // namespace
