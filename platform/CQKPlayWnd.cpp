@@ -253,6 +253,13 @@ bool CQKPlayWnd::IsVisible() const
     return pImpl->pContainer && pImpl->pContainer->isVisible();
 }
 
+QRect CQKPlayWnd::GetWindowRect() const
+{
+    if (!pImpl->pContainer)
+        return QRect();
+    return QRect(pImpl->pContainer->mapToGlobal(QPoint(0, 0)), pImpl->pContainer->size());
+}
+
 qkplay_video* CQKPlayWnd::VideoTarget()
 {
     return &pImpl->video;

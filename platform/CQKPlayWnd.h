@@ -52,6 +52,8 @@ public:
     // latest when it is first shown, so a play started right after showing it draws into it.
     void Show(bool bShow);
     bool IsVisible() const;
+    // The surface's rectangle in screen pixels; empty when there is none.
+    QRect GetWindowRect() const;
 
     // The video target to pass to qkplaydll_Play; valid as long as this object lives.
     qkplay_video* VideoTarget();

@@ -8,6 +8,7 @@
 #include "platform/QKSystem.h"
 #include "player/CQKPlayerApp.h"
 #include "player/QKPlayerOptions.h"
+#include "services/CQKMenuEx.h"
 #include "toolkit/CQKDialogBase.h"
 #include "toolkit/CQKUIManager.h"
 #include "toolkit/QKTheme.h"
@@ -207,11 +208,6 @@ void CQKPlayerDlg::OnEscape()
         OnCancel();
 }
 
-void CQKPlayerDlg::ShowContextMenu(QPoint)
-{
-    // The options menu comes with the drawn menus.
-}
-
 void CQKPlayerDlg::OnTimer(uint32_t nID)
 {
     switch (nID) {
@@ -252,6 +248,8 @@ void CQKPlayerDlg::OnClose()
 
 void CQKPlayerDlg::OnCancel()
 {
+    // A close that comes while the context menu is open (a logout) closes the menu first.
+    CQKMenuManager::EndMenuTracking();
     m_nModalResult = static_cast<int>(QKCMD_CLOSE);
     EndModal(m_nModalResult);
 }
@@ -268,6 +266,7 @@ void CQKPlayerDlg::OnDestroy()
         m_wndPlay->Destroy();
         m_wndPlay.reset();
     }
+    m_pContextMenu.reset();
     // The bars come with full screen. The manager goes with the host, and the controls with it.
     CQKUIHostWnd::OnDestroy();
     m_pBtnPlay = m_pBtnMute = m_pBtnMaximize = nullptr;

@@ -40,6 +40,7 @@
 #include <thread>
 
 class CQKButton;
+class CQKMenuEx;
 class CQKGraphics;
 class CQKPlayWnd;
 class CQKSlider;
@@ -143,11 +144,18 @@ public:
     void SetMuteFaces();
     void SetMaximizeFaces();
 
-    // Full screen (CQKPlayerDlgScreen.cpp), Esc and the options menu. The menu comes with the
-    // drawn menus; until then it keeps the window as it is.
+    // Full screen (CQKPlayerDlgScreen.cpp) and Esc.
     void OnFullScreen();
     void OnEscape();
+
+    // The context menu (CQKPlayerDlgMenu.cpp): opened at a screen point, built at the first
+    // opening, its check marks set from the options each time; blocks until it closes and
+    // then does what was chosen.
     void ShowContextMenu(QPoint ptScreen);
+    void OnContextMenuChoice(int nChoice);
+    // A right button released at a client point: on the video, on the title strip off its
+    // buttons, or in the video area it opens the menu (true); elsewhere false.
+    bool OnContextButtonUp(QPoint pt);
 
     // Video area and window sizes (CQKPlayerDlgVideo.cpp).
     void ComputeVideoRect();
@@ -193,6 +201,8 @@ protected:
 
 private:
     void OnCommand(uint32_t nCmd);
+    void BuildContextMenu();
+    void UpdateContextMenuChecks();
     // Keeps the pointer to a panel control (or, with `bBar`, to its bar twin) that the player
     // reaches again.
     void RememberControl(uint32_t nID, CQKButton* pControl, bool bBar);
@@ -283,6 +293,8 @@ public:
 
 private:
     std::unique_ptr<CQKPlayWnd> m_wndPlay;
+    // The context menu, built at its first opening and kept for the window's life.
+    std::unique_ptr<CQKMenuEx> m_pContextMenu;
     // The title icon, read at the first paint; stays null-sized when the file is missing.
     std::unique_ptr<QImage> m_pAppIconBitmap;
     std::unique_ptr<std::thread> m_hPlayThread;

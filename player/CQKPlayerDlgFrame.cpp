@@ -195,6 +195,10 @@ void CQKPlayerDlg::OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys)
             return;
         }
         break;
+    case WM_RBUTTONUP:
+        if (OnContextButtonUp(pt))
+            return;
+        break;
     case WM_LBUTTONDBLCLK:
         if (OnVideoDoubleClick(pt))
             return;

@@ -26,7 +26,7 @@ constexpr std::array<std::array<uint8_t, 3>, 27> kDark { {
     { 176, 180, 189 }, // 13 drawn faces, start of layers 2 and 3
     { 126, 130, 140 }, // 14 drawn faces, end
     { 0, 0, 0 }, // 15 menu shadow
-    { 70, 73, 80 }, // 16 menu frame and check mark
+    { 150, 154, 162 }, // 16 menu frame and check mark
     { 36, 38, 43 }, // 17 menu icon column
     { 27, 28, 32 }, // 18 menu ground
     { 212, 214, 220 }, // 19 menu text
@@ -57,7 +57,7 @@ constexpr std::array<std::array<uint8_t, 3>, 27> kLight { {
     { 112, 116, 126 }, // 13
     { 58, 60, 68 }, // 14
     { 90, 92, 100 }, // 15
-    { 186, 189, 196 }, // 16
+    { 120, 124, 134 }, // 16
     { 232, 233, 236 }, // 17
     { 250, 250, 251 }, // 18
     { 36, 38, 44 }, // 19
