@@ -64,8 +64,9 @@ void CQKStatic::PaintContent(CQKGraphics* pGraphics, const QRectF& rc)
     pGraphics->SetClipRect(rc, QKCombineReplace);
     if (pImage) {
         // The picture at its own size, centred, at 70 percent: a watermark under the text.
-        const double dLeft = std::trunc((rc.width() - pImage->width()) * 0.5 + rc.x());
-        const double dTop = std::trunc((rc.height() - pImage->height()) * 0.5 + rc.y());
+        const QSize size = QKImageSize(*pImage);
+        const double dLeft = std::trunc((rc.width() - size.width()) * 0.5 + rc.x());
+        const double dTop = std::trunc((rc.height() - size.height()) * 0.5 + rc.y());
         pGraphics->DrawImage(*pImage, QPointF(dLeft, dTop), 0.7f);
     }
     const tagQKFont* pFont = FindFont(nFontID);

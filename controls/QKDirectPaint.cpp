@@ -21,7 +21,7 @@ void QKPaintDirect(CQKButton& control, CQKGraphics* pGraphics, QImage* pBitmap, 
         if (control.bCacheBackground && pBitmap && !control.pBackCache) {
             // Parts of the control outside the composition come out transparent, which a
             // lone repaint shows as black: the control is not on screen there anyway.
-            control.pBackCache = std::make_unique<QImage>(pBitmap->copy(rc).convertToFormat(QImage::Format_ARGB32_Premultiplied));
+            control.pBackCache = std::make_unique<QImage>(QKCopyImage(*pBitmap, rc).convertToFormat(QImage::Format_ARGB32_Premultiplied));
             control.ptBackCache = rc.topLeft();
         }
         if (bVisible)

@@ -3,9 +3,11 @@
 #include "platform/CQKTextLayout.h"
 
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QImage>
 #include <QLinearGradient>
 #include <QPolygonF>
+#include <QScreen>
 #include <algorithm>
 #include <cmath>
 
@@ -58,6 +60,40 @@ tagQKBrush tagQKBrush::LinearRect(const QRectF& rc, QKARGB c1, QKARGB c2, int nM
 
 // ----------------------------------------------------------------------------------------
 // Construction and quality settings
+
+QImage QKNewImage(int w, int h, qreal dRatio)
+{
+    if (w <= 0 || h <= 0)
+        return QImage();
+    const qreal r = dRatio > 0.0 ? dRatio : 1.0;
+    QImage image(static_cast<int>(std::ceil(w * r)), static_cast<int>(std::ceil(h * r)), QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull())
+        return image;
+    image.setDevicePixelRatio(r);
+    image.fill(0);
+    return image;
+}
+
+QImage QKCopyImage(const QImage& image, const QRect& rc)
+{
+    const qreal r = image.devicePixelRatio();
+    const QRect rcPixels(QPoint(static_cast<int>(std::floor(rc.x() * r)), static_cast<int>(std::floor(rc.y() * r))),
+        QPoint(static_cast<int>(std::ceil((rc.x() + rc.width()) * r)) - 1, static_cast<int>(std::ceil((rc.y() + rc.height()) * r)) - 1));
+    QImage part = image.copy(rcPixels);
+    part.setDevicePixelRatio(r);
+    return part;
+}
+
+QSize QKImageSize(const QImage& image)
+{
+    return image.deviceIndependentSize().toSize();
+}
+
+qreal QKScreenPixelRatio()
+{
+    const QScreen* pScreen = QGuiApplication::primaryScreen();
+    return pScreen ? pScreen->devicePixelRatio() : 1.0;
+}
 
 CQKGraphics::CQKGraphics(QImage& target)
     : image(target)
@@ -341,7 +377,7 @@ int CQKGraphics::Clear(QKARGB clr)
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.save();
     painter.resetTransform();
-    painter.fillRect(QRectF(0, 0, image.width(), image.height()), QColor::fromRgba(clr));
+    painter.fillRect(QRectF(QPointF(0, 0), image.deviceIndependentSize()), QColor::fromRgba(clr));
     painter.restore();
     painter.setCompositionMode(mode);
     return Ok();
@@ -482,7 +518,7 @@ int CQKGraphics::DrawImage(const QImage& src, const QRectF& rcDst, const QRectF&
 
 int CQKGraphics::DrawImage(const QImage& src, QPointF pt, float fAlpha)
 {
-    return DrawImage(src, QRectF(pt, QSizeF(src.size())), QRectF(src.rect()), fAlpha);
+    return DrawImage(src, QRectF(pt, src.deviceIndependentSize()), QRectF(src.rect()), fAlpha);
 }
 
 // ----------------------------------------------------------------------------------------
@@ -532,7 +568,7 @@ QRectF CQKGraphics::MeasureString(const QString& text, const tagQKFontSpec& font
 void CQKGraphics::ApplyClip(const QPainterPath& area, int nCombineMode)
 {
     QPainterPath whole;
-    whole.addRect(QRectF(0, 0, image.width(), image.height()));
+    whole.addRect(QRectF(QPointF(0, 0), image.deviceIndependentSize()));
     const QPainterPath base = bClip ? clipArea : whole;
     switch (nCombineMode) {
     case QKCombineIntersect:

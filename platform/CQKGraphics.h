@@ -9,7 +9,14 @@
 // The target is a QImage in Format_ARGB32_Premultiplied, the format of every composed
 // picture of the program; other formats are painted as QPainter allows. The image must
 // outlive the CQKGraphics. Coordinates are pixels of the image, with no transform unless
-// TranslateTransform set one. Every call returns a QKStatus* code, kept in LastStatus() and
+// TranslateTransform set one.
+//
+// A picture for a screen of higher density (a device pixel ratio of 2 on a HiDPI screen or
+// with QT_SCALE_FACTOR=2) holds ratio times as many pixels each way and carries that ratio
+// (QKNewImage). Painting on it keeps the program's coordinates (logical pixels: a 10 by 10
+// rectangle covers 20 by 20 pixels at ratio 2), so lines, text and faces come out at the
+// screen's full resolution. Source rectangles of DrawImage are pixels of the source picture
+// itself, as QPainter has them; destinations are logical. Every call returns a QKStatus* code, kept in LastStatus() and
 // otherwise ignored by the program.
 //
 // State as it starts: smoothing off (QKSmoothingDefault), interpolation bilinear
@@ -28,6 +35,16 @@
 #include <vector>
 
 class QImage;
+
+// A picture of w by h logical pixels for a screen of this device pixel ratio, cleared to
+// transparent; null when the size is empty or too large.
+QImage QKNewImage(int w, int h, qreal dRatio = 1.0);
+// The part `rc` (logical pixels) of a picture, at the picture's ratio.
+QImage QKCopyImage(const QImage& image, const QRect& rc);
+// A picture's size in logical pixels.
+QSize QKImageSize(const QImage& image);
+// The device pixel ratio of the primary screen (1 without a screen).
+qreal QKScreenPixelRatio();
 
 class CQKGraphics
 {

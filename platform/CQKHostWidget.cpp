@@ -1,5 +1,6 @@
 #include "platform/CQKHostWidget.h"
 
+#include "platform/CQKGraphics.h"
 #include "platform/CQKHostWnd.h"
 #include "platform/QKKeys.h"
 #include "platform/QKMessages.h"
@@ -188,23 +189,32 @@ void CQKHostWidget::paintEvent(QPaintEvent* e)
     }
     QPainter p(this);
     p.setCompositionMode(QPainter::CompositionMode_Source);
+    // The picture may hold more pixels than the window has logical ones (a HiDPI screen): the
+    // source is in its own pixels.
+    const qreal d = image.devicePixelRatio();
     for (const QRect& r : e->region())
-        p.drawImage(r, image, r);
+        p.drawImage(QRectF(r), image, QRectF(r.x() * d, r.y() * d, r.width() * d, r.height() * d));
+}
+
+void CQKHostWidget::FitImage()
+{
+    const QSize sz = size().expandedTo(QSize(0, 0));
+    const qreal d = devicePixelRatioF();
+    if (!image.isNull() && QKImageSize(image) == sz && image.devicePixelRatio() == d)
+        return;
+    QImage fresh = QKNewImage(sz.width(), sz.height(), d);
+    if (!image.isNull() && !fresh.isNull()) {
+        QPainter p(&fresh);
+        p.setCompositionMode(QPainter::CompositionMode_Source);
+        p.drawImage(0, 0, image);
+    }
+    image = fresh;
 }
 
 void CQKHostWidget::resizeEvent(QResizeEvent* e)
 {
     const QSize sz = size();
-    if (image.size() != sz) {
-        QImage fresh(sz.expandedTo(QSize(0, 0)), QImage::Format_ARGB32_Premultiplied);
-        fresh.fill(0);
-        if (!image.isNull() && !fresh.isNull()) {
-            QPainter p(&fresh);
-            p.setCompositionMode(QPainter::CompositionMode_Source);
-            p.drawImage(0, 0, image);
-        }
-        image = fresh;
-    }
+    FitImage();
     QWidget::resizeEvent(e);
     if (pHost)
         pHost->OnSize(sz.width(), sz.height());

@@ -36,9 +36,11 @@ public:
     // Puts `rc` of the picture on screen now, unless a paint is running (it will show it).
     void Blit(const QRect& rc);
     void Invalidate(const QRect& rc);
+    // Gives the picture the widget's size and pixel ratio, keeping what it showed.
+    void FitImage();
     void PaintInvalid();
 
-    QImage image; // the composed picture, client size, ARGB32 premultiplied
+    QImage image; // the composed picture, client size, ARGB32 premultiplied, the screen's pixel ratio
     bool bTranslucent { false };
     bool bPopup { false };
     bool bAcceptFiles { false }; // DragAcceptFiles of the host

@@ -1,5 +1,6 @@
 #include "platform/CQKHostWnd.h"
 
+#include "platform/CQKGraphics.h"
 #include "platform/CQKHostWidget.h"
 #include "platform/QKMessages.h"
 
@@ -99,10 +100,7 @@ bool CQKHostWnd::Create(const CQKHostCreate& cs)
         pWidget = w;
         g_liveHosts.insert(this);
     }
-    if (w->image.size() != w->size()) {
-        w->image = QImage(w->size(), QImage::Format_ARGB32_Premultiplied);
-        w->image.fill(0);
-    }
+    w->FitImage();
     OnCreate();
     return pWidget != nullptr;
 }
@@ -671,12 +669,10 @@ void CQKHostWnd::UpdateWindowFromImage(const QImage& image, QPoint ptDest)
 {
     if (!pWidget || image.isNull())
         return;
+    // The window may have moved to a screen of another pixel ratio since the last picture.
+    pWidget->FitImage();
     QImage& target = pWidget->image;
-    if (target.size() != pWidget->size()) {
-        target = QImage(pWidget->size(), QImage::Format_ARGB32_Premultiplied);
-        target.fill(0);
-    }
-    const QRect rc = QRect(ptDest, image.size()).intersected(target.rect());
+    const QRect rc = QRect(ptDest, QKImageSize(image)).intersected(QRect(QPoint(0, 0), QKImageSize(target)));
     if (rc.isEmpty())
         return;
     {
@@ -685,6 +681,11 @@ void CQKHostWnd::UpdateWindowFromImage(const QImage& image, QPoint ptDest)
         p.drawImage(ptDest, image);
     }
     pWidget->Blit(rc);
+}
+
+qreal CQKHostWnd::DevicePixelRatio() const
+{
+    return pWidget ? pWidget->devicePixelRatioF() : QKScreenPixelRatio();
 }
 
 const QImage& CQKHostWnd::HostImage() const

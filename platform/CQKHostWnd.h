@@ -249,7 +249,11 @@ public:
     // at `ptDest` (client pixels) and puts that rectangle on screen before returning.
     void UpdateWindowFromImage(const QImage& image, QPoint ptDest = QPoint(0, 0));
     // The host's composed picture (client size, ARGB32 premultiplied): what the screen shows.
+    // It has the window's device pixel ratio (see QKNewImage), as pictures handed to
+    // UpdateWindowFromImage should have, so that they reach the screen pixel for pixel.
     const QImage& HostImage() const;
+    // The device pixel ratio of the screen the window stands on (2 on a HiDPI screen).
+    qreal DevicePixelRatio() const;
 
     // --- dropped files ------------------------------------------------------------------
     // Files dropped on this window reach its OnDropFiles.

@@ -1,5 +1,6 @@
 #include "platform/CQKTaskbarList.h"
 
+#include "platform/CQKDesktopTaskbar.h"
 #include "platform/QKSystem.h"
 
 namespace {
@@ -18,12 +19,10 @@ std::unique_ptr<CQKTaskbarList> CQKTaskbarList::Create()
 {
     if (Factory())
         return Factory()();
-    // The desktop's side is a session bus; without one the player has no counterpart. With
-    // one, the calls are taken and, for now, lead nowhere further: the window's text still
-    // follows the file, as the desktop's window list shows it.
+    // The desktop's side is a session bus; without one the player has no counterpart.
     if (!QKHasSessionBus())
         return nullptr;
-    return std::make_unique<CQKTaskbarList>();
+    return std::make_unique<CQKDesktopTaskbar>();
 }
 
 void CQKTaskbarList::ThumbBarAddButtons(CQKHostWnd*, uint32_t, const tagQKThumbButton*) { }
@@ -35,6 +34,10 @@ void CQKTaskbarList::SetOverlayIcon(CQKHostWnd*, uint32_t) { }
 void CQKTaskbarList::SetProgressState(CQKHostWnd*, uint32_t) { }
 
 void CQKTaskbarList::SetProgressValue(CQKHostWnd*, uint64_t, uint64_t) { }
+
+void CQKTaskbarList::SetMedia(CQKHostWnd*, const QString&, double, bool) { }
+
+void CQKTaskbarList::SetVolume(CQKHostWnd*, double) { }
 
 void QKSetTaskbarFactory(std::function<std::unique_ptr<CQKTaskbarList>()> fnFactory)
 {

@@ -10,6 +10,7 @@
 // results of the calls are never looked at.
 //
 // Tests replace the counterpart by a recorder through QKSetTaskbarFactory().
+#include <QString>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -30,6 +31,18 @@ enum : uint32_t {
     TBPF_NOPROGRESS = 0,
     TBPF_NORMAL = 2,
     TBPF_PAUSED = 8,
+};
+
+// A click on one of the buttons comes to the window as WM_COMMAND with THBN_CLICKED in the high
+// word of wParam and the action in the low word: the buttons' ids 0 to 2, and the two actions
+// the desktop's media controls have beyond them.
+inline constexpr uint32_t THBN_CLICKED = 0x1800;
+enum : uint32_t {
+    QKTHB_PREV = 0,
+    QKTHB_PLAYPAUSE = 1,
+    QKTHB_NEXT = 2,
+    QKTHB_STOP = 3,
+    QKTHB_CLOSE = 4,
 };
 
 // One of the three buttons: its id (0 previous, 1 play or pause, 2 next) and its picture.
@@ -59,6 +72,13 @@ public:
     // The position as `nCompleted` out of `nTotal` (both hundredths of seconds); 0 out of 1
     // empties it.
     virtual void SetProgressValue(CQKHostWnd* pWnd, uint64_t nCompleted, uint64_t nTotal);
+
+    // What the desktop's media controls show beyond the buttons. A file starts playing: its
+    // path, its length in seconds (0 when unknown) and whether it has a picture (a playing
+    // picture keeps the screen from blanking).
+    virtual void SetMedia(CQKHostWnd* pWnd, const QString& strPath, double dDuration, bool bHasVideo);
+    // The volume slider stands at this fraction of its scale (0 to 1).
+    virtual void SetVolume(CQKHostWnd* pWnd, double dVolume);
 };
 
 // Replaces what Create() makes (tests); an empty function puts the desktop's back.

@@ -81,6 +81,7 @@ inline constexpr uint32_t QKM_LISTCONTEXTMENU = 2038; // vertical list box, sent
 inline constexpr uint32_t QKM_LISTCTRLBEFORECMD = 2045; // list control, sent: control, command
 inline constexpr uint32_t QKM_LISTCTRLCHECK = 2046; // list control, sent: control, column
 inline constexpr uint32_t QKM_LISTCTRLSWATCH = 2047; // list control, sent: control, column << 16 | row
+inline constexpr uint32_t QKM_DESKTOPVOLUME = 2050; // desktop's media controls to main window, posted: 0, volume in 1/10000 of the scale
 inline constexpr uint32_t QKM_WAKEUP = 35983; // second instance to first, posted: read the hand-off file
 
 // Low and high 16 bits of a message argument.

@@ -101,6 +101,7 @@ void CQKPlayerDlg::OnInitDialog()
         if (m_pTaskbarList) {
             m_pTaskbarList->HrInit();
             m_pTaskbarList->ThumbBarAddButtons(this, 3, m_thumbButtons);
+            m_pTaskbarList->SetVolume(this, QKPlayerOptions::dVolumeScale / 100.0);
         }
     }
     // Messages of the program go over this window.
@@ -115,7 +116,14 @@ intptr_t CQKPlayerDlg::OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam
 {
     switch (msg) {
     case WM_COMMAND:
-        OnCommand(static_cast<uint32_t>(wParam));
+        // The desktop's buttons carry their action in the low word.
+        if (QKHiWord(wParam) == THBN_CLICKED)
+            OnThumbButton(QKLoWord(wParam));
+        else
+            OnCommand(static_cast<uint32_t>(wParam));
+        return 0;
+    case QKM_DESKTOPVOLUME:
+        OnDesktopVolume(static_cast<double>(lParam) / 10000.0);
         return 0;
     case QKM_PLAYEND:
         OnPlayEnd();

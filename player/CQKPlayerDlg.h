@@ -208,6 +208,10 @@ private:
     void RememberControl(uint32_t nID, CQKButton* pControl, bool bBar);
     // The desktop's buttons and overlay for playing (or not).
     void UpdateTaskbarPlayState(bool bPlaying, bool bPaused);
+    // A click on one of the desktop's buttons (QKTHB_*), and the volume the desktop chose
+    // (0 to 1) (CQKPlayerDlgPanel.cpp).
+    void OnThumbButton(uint32_t nAction);
+    void OnDesktopVolume(double dVolume);
     // Sets the time text on the panel's static and its twin, repainting.
     static void SetTimeText(CQKStatic* pMain, CQKStatic* pTwin, const QString& strText);
     // The slider follows the user's drag: its host holds the capture and it has the focus.

@@ -45,11 +45,11 @@ constexpr uint32_t kKindSlider = 11;
 // nearly solid one; all in whole pixels, divisions cut toward zero.
 void PaintAudioNote(CQKGraphics* pGraphics, const QImage& note, const QRect& rcVideo)
 {
-    const int iw = note.width();
-    const int ih = note.height();
+    const int iw = QKImageSize(note).width();
+    const int ih = QKImageSize(note).height();
     const int ax = rcVideo.x() + (rcVideo.width() - iw) / 2;
     const int ay = rcVideo.y() + (rcVideo.height() - ih) / 2;
-    const QRectF src(0, 0, iw, ih);
+    const QRectF src(note.rect());
     pGraphics->DrawImage(note, QRectF(ax + 2 * iw / 3 + 12, ay + 23, iw / 3, ih / 3), src, 0.3f);
     pGraphics->DrawImage(note, QRectF(ax + iw / 3 + 10, ay + ih / 3 + 10, 2 * iw / 3, 2 * ih / 3), src, 0.5f);
     pGraphics->DrawImage(note, QRectF(ax, ay, iw, ih), src, 0.8f);

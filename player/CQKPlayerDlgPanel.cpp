@@ -1,5 +1,6 @@
 // The player's panel: its sixteen controls made in code, their places after each size change,
-// the faces that follow the player's state, and the title line.
+// the faces that follow the player's state, the title line, and what the desktop's media controls
+// ask of the window.
 //
 // The full-screen bars carry twins of some controls with the same ids, so that one command
 // handler serves both. Every change of state is applied to the panel's control and to its
@@ -16,6 +17,7 @@
 #include "toolkit/QKControlKinds.h"
 #include "toolkit/QKTheme.h"
 
+#include <iterator>
 #include <memory>
 
 namespace {
@@ -225,4 +227,21 @@ void CQKPlayerDlg::SetTimeText(CQKStatic* pMain, CQKStatic* pTwin, const QString
         pMain->SetText(strText, 1);
     if (pTwin)
         pTwin->SetText(strText, 1);
+}
+
+void CQKPlayerDlg::OnThumbButton(uint32_t nAction)
+{
+    // Each of the desktop's buttons is one of the panel's commands.
+    static constexpr uint32_t kCommands[] = { QKCMD_PREVFILE, QKCMD_PLAYPAUSE, QKCMD_NEXTFILE, QKCMD_STOP, QKCMD_CLOSE };
+    if (nAction < std::size(kCommands))
+        OnCommand(kCommands[nAction]);
+}
+
+void CQKPlayerDlg::OnDesktopVolume(double dVolume)
+{
+    // The volume slider moves as if the user had dragged it there, with all that follows.
+    if (!m_pVolSlider)
+        return;
+    m_pVolSlider->SetPos(dVolume * m_pVolSlider->dMaxPos, 1);
+    OnSliderChanged(m_pVolSlider);
 }

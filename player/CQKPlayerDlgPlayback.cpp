@@ -131,6 +131,8 @@ void CQKPlayerDlg::OnPlayPause()
     SetTimeText(m_pTimeTotal, m_pBarTimeTotal, QKPlayTime::Format(m_dDuration));
     UpdateTitle();
     SetPlayFaces(true);
+    if (m_pTaskbarList)
+        m_pTaskbarList->SetMedia(this, m_strMediaPath, m_dDuration, !m_bAudioOnly);
     UpdateTaskbarPlayState(true, false);
 }
 
@@ -243,6 +245,8 @@ void CQKPlayerDlg::OnSliderChanged(CQKSlider* pSlider)
         if (CQKSlider* pTwin = pSlider == m_pVolSlider ? m_pBarVolSlider : m_pVolSlider)
             pTwin->SetPos(v, 1);
         qkplaydll_SetVolume(v / pSlider->dMaxPos);
+        if (m_pTaskbarList)
+            m_pTaskbarList->SetVolume(this, v / pSlider->dMaxPos);
         // Moving the volume while a file is open lifts the mute; with none it does not.
         if (qkplaydll_IsReady() && QKPlayerOptions::bMute)
             OnMute();

@@ -41,13 +41,13 @@ QKARGB FaceNormal()
 
 // Four frames of `nFrame` by `nFrame` side by side on a transparent ground. The drawing runs
 // three times, for normal, hover and pressed, each starting with smoothing `nSmoothing` and
-// no clip; the fourth frame stays empty.
+// no clip; the fourth frame stays empty. The strip has the screen's pixel ratio, so that a
+// HiDPI screen shows the faces at its full resolution.
 std::unique_ptr<QImage> MakeStrip(int nFrame, int nSmoothing, QKARGB clrNormal, const StripDrawing& draw)
 {
-    auto pStrip = std::make_unique<QImage>(4 * nFrame, nFrame, QImage::Format_ARGB32_Premultiplied);
+    auto pStrip = std::make_unique<QImage>(QKNewImage(4 * nFrame, nFrame, QKScreenPixelRatio()));
     if (pStrip->isNull())
         return nullptr;
-    pStrip->fill(Qt::transparent);
     const QKARGB clrHover = QKColorFromBGR(g_UIColors.clrFaceHover, 255);
     const QKARGB clrDown = QKColorFromBGR(ColorDarken20(g_UIColors.clrFaceHover), 255);
     const float f = static_cast<float>(nFrame);
@@ -293,10 +293,9 @@ std::unique_ptr<QImage> MakeAudioNote()
     const QRect rcFirst = path.GetBoundsI();
     path.Translate(static_cast<float>(2 - rcFirst.x()), static_cast<float>(2 - rcFirst.y()));
     const QRect rc = path.GetBoundsI();
-    auto pNote = std::make_unique<QImage>(rc.width() + 4, rc.height() + 4, QImage::Format_ARGB32_Premultiplied);
+    auto pNote = std::make_unique<QImage>(QKNewImage(rc.width() + 4, rc.height() + 4, QKScreenPixelRatio()));
     if (pNote->isNull())
         return nullptr;
-    pNote->fill(Qt::transparent);
     CQKGraphics g(*pNote);
     g.SetSmoothingMode(QKSmoothingHighQuality);
     tagQKBrush brush = tagQKBrush::Linear(QPointF(rc.left() - 2, rc.top() - 2), QPointF(rc.x() + rc.width() + 2, rc.y() + rc.height() + 2), 0xFFFFFFFF,

@@ -13,8 +13,10 @@ packages=(
   xvfb xauth x11-utils xdotool openbox imagemagick dbus dbus-x11 ffmpeg mpv
   # the desktop entry and metainfo validators; the icon drawing (tools/make-app-icons.sh)
   desktop-file-utils appstream librsvg2-bin
+  # the desktop tests: a media-controls client and a headless Wayland compositor
+  playerctl weston
   # run time
-  fonts-liberation2 libqt6dbus6 libqt6network6 libqt6openglwidgets6 qt6-qpa-plugins
+  fonts-liberation2 libqt6dbus6 libqt6network6 libqt6openglwidgets6 qt6-qpa-plugins qt6-wayland
 )
 
 missing=()

@@ -444,9 +444,9 @@ void CQKButton::Paint(CQKGraphics* pGraphics, QImage* pBitmap)
         // What lies beneath the control at this moment of the composition, for lone repaints:
         // the part of it inside the composition, which is all a lone repaint can show.
         if (bCacheBackground && pBitmap) {
-            const QRect rcCache = GetRect().intersected(pBitmap->rect());
+            const QRect rcCache = GetRect().intersected(QRect(QPoint(0, 0), QKImageSize(*pBitmap)));
             if (!rcCache.isEmpty()) {
-                pBackCache = std::make_unique<QImage>(pBitmap->copy(rcCache));
+                pBackCache = std::make_unique<QImage>(QKCopyImage(*pBitmap, rcCache));
                 ptBackCache = rcCache.topLeft();
             }
         }
@@ -462,7 +462,7 @@ void CQKButton::Paint(CQKGraphics* pGraphics, QImage* pBitmap)
         const QRect rc(0, 0, nWidth, nHeight);
         g.FillRectangle(tagQKBrush::Solid(QKColorFromBGR(g_clrFace, 255)), rc);
         if (pBackCache)
-            g.DrawImage(*pBackCache, QRectF(QPointF(ptBackCache - QPoint(nX, nY)), QSizeF(pBackCache->size())), QRectF(pBackCache->rect()));
+            g.DrawImage(*pBackCache, QRectF(QPointF(ptBackCache - QPoint(nX, nY)), QSizeF(QKImageSize(*pBackCache))), QRectF(pBackCache->rect()));
         if (!PaintFace(&g, rc) && pImage)
             PaintPicture(&g, rc, true);
         PaintContent(&g, QRectF(rc));
@@ -476,7 +476,7 @@ void CQKButton::PaintAloneInto(const QRect& rc, const std::function<void(CQKGrap
     const QRect rcVisible = rc.intersected(hWndHost->GetClientRect());
     if (rcVisible.isEmpty())
         return;
-    QImage image(rcVisible.size(), QImage::Format_ARGB32_Premultiplied);
+    QImage image = QKNewImage(rcVisible.width(), rcVisible.height(), hWndHost->DevicePixelRatio());
     if (image.isNull())
         return;
     {
@@ -506,10 +506,14 @@ void CQKButton::CopyToHost(QImage& image, QPoint ptDest)
 //   other   |           | nothing                                  |
 void CQKButton::PaintPicture(CQKGraphics* pGraphics, const QRect& rc, bool bLone)
 {
-    const int iw = pImage->width();
-    const int ih = pImage->height();
+    // The picture's size in the program's pixels places it; its own pixels (more of them on a
+    // HiDPI screen) cut its frames.
+    const QSize size = QKImageSize(*pImage);
+    const int iw = size.width();
+    const int ih = size.height();
     if (iw <= 0 || ih <= 0)
         return;
+    const qreal r = pImage->devicePixelRatio();
     const int w = rc.width();
     const int h = rc.height();
     switch (nFrames) {
@@ -542,17 +546,17 @@ void CQKButton::PaintPicture(CQKGraphics* pGraphics, const QRect& rc, bool bLone
             y = rc.y();
             dh = h;
         }
-        pGraphics->DrawImage(*pImage, QRectF(x, y, dw, dh), QRectF(nSrc, 0, fw, ih));
+        pGraphics->DrawImage(*pImage, QRectF(x, y, dw, dh), QRectF(nSrc * r, 0, fw * r, ih * r));
         break;
     }
     case 2: {
         const int fw = iw / 2;
         const int nSrc = bEnabled ? 0 : iw / 2;
-        pGraphics->DrawImage(*pImage, QRectF(rc), QRectF(nSrc, 0, fw, ih));
+        pGraphics->DrawImage(*pImage, QRectF(rc), QRectF(nSrc * r, 0, fw * r, ih * r));
         break;
     }
     case 1:
-        pGraphics->DrawImage(*pImage, QRectF(rc), QRectF(0, 0, iw, ih), bEnabled ? 1.0f : 0.5f);
+        pGraphics->DrawImage(*pImage, QRectF(rc), QRectF(pImage->rect()), bEnabled ? 1.0f : 0.5f);
         break;
     default:
         break;

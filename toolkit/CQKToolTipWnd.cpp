@@ -74,7 +74,7 @@ void CQKToolTipWnd::Render(int nAlphaNow)
     const int h = rc.height();
     if (w <= 0 || h <= 0)
         return;
-    QImage image(w, h, QImage::Format_ARGB32_Premultiplied);
+    QImage image = QKNewImage(w, h, DevicePixelRatio());
     {
         CQKGraphics g(image);
         g.SetSmoothingMode(QKSmoothingAntiAlias);

@@ -199,8 +199,9 @@ void CQKUIManager::PaintAll()
     const QRect rc = hWndHost->GetWindowRect();
     if (rc.width() <= 0 || rc.height() <= 0)
         return;
-    QImage image(rc.width(), rc.height(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(0);
+    QImage image = QKNewImage(rc.width(), rc.height(), hWndHost->DevicePixelRatio());
+    if (image.isNull())
+        return;
     Compose(image);
     // The screen takes colour only: the composition's alpha is dropped on the way (read as
     // opaque in place, without a copy).
@@ -213,10 +214,9 @@ std::unique_ptr<QImage> CQKUIManager::RenderToBitmap()
     if (!CQKHostWnd::IsWindow(hWndHost))
         return nullptr;
     const QRect rc = hWndHost->GetWindowRect();
-    auto pImage = std::make_unique<QImage>(std::max(rc.width(), 0), std::max(rc.height(), 0), QImage::Format_ARGB32_Premultiplied);
+    auto pImage = std::make_unique<QImage>(QKNewImage(rc.width(), rc.height(), hWndHost->DevicePixelRatio()));
     if (pImage->isNull())
         return pImage;
-    pImage->fill(0);
     Compose(*pImage);
     return pImage;
 }

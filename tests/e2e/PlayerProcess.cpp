@@ -64,7 +64,7 @@ QProcessEnvironment PlayerSandbox::Environment() const
     env.insert(QStringLiteral("XDG_CONFIG_HOME"), dir.path() + QStringLiteral("/home/.config"));
     env.remove(QStringLiteral("QT_QPA_PLATFORM"));
     // An address that leads nowhere, so that no bus is started on the program's behalf.
-    env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=") + dir.path() + QStringLiteral("/no-bus"));
+    env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), strBus.isEmpty() ? QStringLiteral("unix:path=") + dir.path() + QStringLiteral("/no-bus") : strBus);
     // In the sanitizer build the program's memory errors still end it at once; only the leak
     // report at exit is left out here. Mesa unloads its driver before that report, so the
     // driver's own blocks would show up as leaks of an unknown module that no suppression can

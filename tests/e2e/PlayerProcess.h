@@ -53,12 +53,15 @@ public:
     QProcessEnvironment Environment() const;
     // A command that later starts run the program under ("dbus-run-session", "--").
     void SetLauncher(const QStringList& launcher) { arrLauncher = launcher; }
+    // The session bus that later starts use (a bus the test runs itself).
+    void SetBusAddress(const QString& strAddress) { strBus = strAddress; }
 
 private:
     QTemporaryDir dir;
     QString strApp;
     QString strProgram;
     QStringList arrLauncher;
+    QString strBus;
     bool bInstalled { false };
     bool bValid { false };
     std::vector<std::unique_ptr<QProcess>> processes;
