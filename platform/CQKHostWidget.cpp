@@ -486,6 +486,31 @@ void CQKHostWidget::hideEvent(QHideEvent* e)
         pHost->OnShowWindow(false);
 }
 
+static uint32_t StateFlags(Qt::WindowStates states)
+{
+    uint32_t n = 0;
+    if (states & Qt::WindowMinimized)
+        n |= QKWS_MINIMIZED;
+    if (states & Qt::WindowMaximized)
+        n |= QKWS_MAXIMIZED;
+    if (states & Qt::WindowFullScreen)
+        n |= QKWS_FULLSCREEN;
+    return n;
+}
+
+void CQKHostWidget::changeEvent(QEvent* e)
+{
+    QWidget::changeEvent(e);
+    // Only the window system's reports are spontaneous; the program's own state changes
+    // reach Qt's widget directly, and the system's later confirmation of them changes nothing.
+    if (e->type() != QEvent::WindowStateChange || !e->spontaneous() || !pHost)
+        return;
+    const uint32_t nOld = StateFlags(static_cast<QWindowStateChangeEvent*>(e)->oldState());
+    const uint32_t nNew = StateFlags(windowState());
+    if (nOld != nNew)
+        pHost->OnWindowStateChange(nOld, nNew);
+}
+
 // --- dropped files --------------------------------------------------------------------------
 
 static QStringList LocalFiles(const QMimeData* mime)

@@ -3,6 +3,7 @@
 #include "platform/CQKHostWidget.h"
 #include "platform/QKMessages.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QCursor>
 #include <QEventLoop>
@@ -324,6 +325,11 @@ int CQKHostWnd::ShowCursor(bool bShow)
     return g_nCursorCount;
 }
 
+bool CQKHostWnd::IsCursorShowing()
+{
+    return g_nCursorCount >= 0;
+}
+
 QPoint CQKHostWnd::GetCursorPos()
 {
     return QCursor::pos();
@@ -374,6 +380,16 @@ bool CQKHostWnd::HasFocus() const
 bool CQKHostWnd::IsActive() const
 {
     return pWidget && pWidget->isActiveWindow();
+}
+
+CQKHostWnd* CQKHostWnd::GetForegroundWindow()
+{
+    return FromWidget(QApplication::activeWindow());
+}
+
+CQKHostWnd* CQKHostWnd::GetOwner() const
+{
+    return pWidget && pWidget->isWindow() ? FromWidget(pWidget->parentWidget()) : nullptr;
 }
 
 // --- showing and state -----------------------------------------------------------------------
@@ -716,6 +732,7 @@ void CQKHostWnd::OnSize(int, int) { }
 void CQKHostWnd::OnMove(int, int) { }
 void CQKHostWnd::OnDropFiles(const QStringList&) { }
 void CQKHostWnd::OnShowWindow(bool) { }
+void CQKHostWnd::OnWindowStateChange(uint32_t, uint32_t) { }
 
 void CQKHostWnd::OnClose()
 {

@@ -85,6 +85,13 @@ enum : uint32_t {
     IDC_HAND = 32649,
 };
 
+// A window's state in the window system (OnWindowStateChange), combinable.
+enum : uint32_t {
+    QKWS_MINIMIZED = 0x1,
+    QKWS_MAXIMIZED = 0x2,
+    QKWS_FULLSCREEN = 0x4,
+};
+
 // Edges for StartSystemResize, combinable.
 enum : uint32_t {
     QKEDGE_LEFT = 0x1,
@@ -164,6 +171,8 @@ public:
     // Cursor hide counter of the process: the cursor shows while it is 0 or more. Returns the
     // new count.
     static int ShowCursor(bool bShow);
+    // The cursor shows by the hide counter (a count of 0 or more).
+    static bool IsCursorShowing();
     // The pointer in screen pixels.
     static QPoint GetCursorPos();
 
@@ -175,6 +184,10 @@ public:
     bool HasFocus() const;
     // This window is the active window of the application.
     bool IsActive() const;
+    // The host of the application's active window, or null when none of ours is active.
+    static CQKHostWnd* GetForegroundWindow();
+    // The host this window was made with as its owner, or null.
+    CQKHostWnd* GetOwner() const;
 
     // --- showing and state --------------------------------------------------------------
     // SW_* command; returns whether the window was visible before.
@@ -298,6 +311,11 @@ protected:
     virtual void OnDropFiles(const QStringList& paths);
     // The window was shown or hidden.
     virtual void OnShowWindow(bool bShow);
+    // The window system changed the window's state (QKWS_* flags) on its own or at the
+    // user's command to the desktop (a window manager's maximise, the taskbar's restore).
+    // Changes the program makes itself (ShowWindow, ShowFullScreen, ShowNormal) do not come
+    // here, nor reports that change nothing.
+    virtual void OnWindowStateChange(uint32_t nOldState, uint32_t nNewState);
 
 private:
     friend class CQKHostWidget;

@@ -234,6 +234,11 @@ void CQKPlayWnd::MoveWindow(int nX, int nY, int nWidth, int nHeight)
         pWindow->Render();
 }
 
+QRect CQKPlayWnd::GetRect() const
+{
+    return pImpl->pContainer ? pImpl->pContainer->geometry() : QRect();
+}
+
 void CQKPlayWnd::Show(bool bShow)
 {
     if (!pImpl->pContainer)

@@ -20,6 +20,7 @@
 // before its OpenGL context goes; a file that still plays goes on without a picture.
 #include "engine/qkplay.h"
 
+#include <QRect>
 #include <memory>
 
 class QWidget;
@@ -45,6 +46,8 @@ public:
 
     // Places the surface in its parent's client pixels, with a repaint.
     void MoveWindow(int nX, int nY, int nWidth, int nHeight);
+    // Where the surface stands, in its parent's client pixels; empty when there is none.
+    QRect GetRect() const;
     // The surface attaches to the library once the event loop runs after Create, or at the
     // latest when it is first shown, so a play started right after showing it draws into it.
     void Show(bool bShow);

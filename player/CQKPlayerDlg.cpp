@@ -199,11 +199,6 @@ void CQKPlayerDlg::OnCommand(uint32_t nCmd)
     }
 }
 
-void CQKPlayerDlg::OnFullScreen()
-{
-    // Full screen comes with the display modes; the window stays as it is until then.
-}
-
 void CQKPlayerDlg::OnEscape()
 {
     // Esc leaves full screen; outside it, it ends the program.
@@ -226,6 +221,9 @@ void CQKPlayerDlg::OnTimer(uint32_t nID)
         break;
     case QKTIMER_BARS:
         OnBarsTimer();
+        break;
+    case QKTIMER_CURSOR:
+        OnCursorTimer();
         break;
     case QKTIMER_STARTUP:
         // A one-shot: the list is read once per start and once per wake-up.

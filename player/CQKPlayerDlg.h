@@ -15,6 +15,8 @@
 //                             the resize grips, and maximising to the work area
 //   CQKPlayerDlgBars.cpp      the full-screen bars: making and ending them, and the poll of
 //                             the pointer that fades them in and out
+//   CQKPlayerDlgScreen.cpp    full screen, the pointer's auto-hide, and the window states
+//                             that the window system reports
 //
 // Whether something plays is asked of the engine each time; the window keeps only what the
 // engine cannot tell (the queue, the current path and the facts of the current file).
@@ -158,6 +160,13 @@ public:
     void ResizeToVideo(double dScale);
     void ApplyWindowSizeMode();
 
+    // Screen states (CQKPlayerDlgScreen.cpp). Timer 3: hides the pointer over the video.
+    void OnCursorTimer();
+    // Shows or hides the sixteen controls of the panel, without a repaint.
+    void ShowPanelControls(bool bShow);
+    // The full-screen button's picture for the current state, without a repaint.
+    void SetFullScreenFace();
+
     // The frame (CQKPlayerDlgFrame.cpp): ground, title icon and caption, outline, the video
     // area in black with its border, and the audio-only picture.
     void PaintFrame(CQKGraphics* pGraphics);
@@ -195,6 +204,8 @@ protected:
     bool OnSetCursor(QPoint pt) override;
     void OnLeftButtonDown(QPoint pt, uint32_t keys) override;
     void OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys) override;
+    // A window manager's maximise and restore, the taskbar's restore (CQKPlayerDlgScreen.cpp).
+    void OnWindowStateChange(uint32_t nOldState, uint32_t nNewState) override;
 
 private:
     void OnCommand(uint32_t nCmd);
@@ -210,6 +221,10 @@ private:
     // Maximise and restore of our own (CQKPlayerDlgFrame.cpp); other commands go to the
     // default handling.
     intptr_t OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lParam);
+    // The window in front is this one or a bar of it: the pointer may hide.
+    bool IsPlayerForeground() const;
+    // A double click on the video (or, without a picture, on the video area): full screen.
+    bool OnVideoDoubleClick(QPoint pt);
     // One mouse move of a grip drag, and of a press on the title strip.
     void DragResizeWindow(QPoint ptClient);
     void OnTitleDrag(QPoint pt);

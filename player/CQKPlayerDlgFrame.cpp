@@ -14,13 +14,17 @@
 //                                  | program may place its windows, else the system's resize
 //   anything else                  | the press goes to the controls
 //   double click on the title      | maximise, or restore when maximised (not in the right
-//   strip                          | 76 pixels, which hold the window buttons)
+//   strip                          | 76 pixels, which hold the window buttons); in full
+//                                  | screen, back to the window
+//   double click on the video      | full screen, or back; without a picture anywhere in the
+//                                  | video area (the video surface takes no input itself)
 //
 // A release ends a move or resize of our own and drops the capture.
 #include "player/CQKPlayerDlg.h"
 
 #include "platform/CQKGraphics.h"
 #include "platform/CQKGraphicsPath.h"
+#include "platform/CQKPlayWnd.h"
 #include "platform/QKAppFolder.h"
 #include "platform/QKMessages.h"
 #include "player/QKFrameGrips.h"
@@ -194,9 +198,12 @@ void CQKPlayerDlg::OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys)
         }
         break;
     case WM_LBUTTONDBLCLK:
+        if (OnVideoDoubleClick(pt))
+            return;
         if (QKFrameGrips::InTitleDoubleClickStrip(pt, GetClientRect().width())) {
-            // Full screen is left by its own ways.
-            if (!m_bFullScreen)
+            if (m_bFullScreen)
+                OnFullScreen();
+            else
                 SendMessage(WM_SYSCOMMAND, m_bMaximized ? SC_RESTORE : SC_MAXIMIZE);
             return;
         }
@@ -205,6 +212,17 @@ void CQKPlayerDlg::OnMouseMessage(uint32_t msg, QPoint pt, uint32_t keys)
         break;
     }
     CQKUIHostWnd::OnMouseMessage(msg, pt, keys);
+}
+
+bool CQKPlayerDlg::OnVideoDoubleClick(QPoint pt)
+{
+    if (!m_wndPlay)
+        return false;
+    // On a picture only the picture counts, not the black bars beside it.
+    const bool bOnVideo = m_wndPlay->IsVisible() ? m_wndPlay->GetRect().contains(pt) : m_rcVideo.contains(pt);
+    if (bOnVideo)
+        OnFullScreen();
+    return bOnVideo;
 }
 
 void CQKPlayerDlg::OnTitleDrag(QPoint pt)
@@ -263,10 +281,17 @@ intptr_t CQKPlayerDlg::OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lP
             return 0;
         m_bMaximized = 0;
         SetMaximizeFaces();
-        if (!CanPlaceWindows())
+        // The window manager's own maximise goes back the window manager's way.
+        if (!CanPlaceWindows() || IsZoomed())
             return CQKUIHostWnd::OnMessage(WM_SYSCOMMAND, wParam, lParam);
-        if (m_rcRestore.isValid())
+        if (m_rcRestore.isValid()) {
             MoveWindow(m_rcRestore, true);
+        } else {
+            // Maximised before the program knew where the window stood: the start size,
+            // centred in the free area.
+            const QRect work = GetWorkArea();
+            MoveWindow(work.x() + (work.width() - kStartWidth) / 2, work.y() + (work.height() - kStartHeight) / 2, kStartWidth, kStartHeight, true);
+        }
         return 0;
     default:
         return CQKUIHostWnd::OnMessage(WM_SYSCOMMAND, wParam, lParam);

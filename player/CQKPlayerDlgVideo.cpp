@@ -37,10 +37,23 @@ void CQKPlayerDlg::ResizeToVideo(double dScale)
         bRatioChanged = true;
     }
     QSize szVideo;
-    const QRect rcNew = QKVideoLayout::FitWindowToVideo(wr, m_nVideoWidth, m_nVideoHeight, dScale, GetPrimaryScreenRect().size(), &szVideo);
+    const QRect rcNew = QKVideoLayout::FitWindowToVideo(wr, m_nVideoWidth, m_nVideoHeight, dScale, GetScreenRect(), &szVideo);
     m_rcVideo.setSize(szVideo);
-    // Leaving the maximised and the full-screen state comes with those states.
-    m_bMaximized = 0;
+    if (m_bMaximized) {
+        m_bMaximized = 0;
+        SetMaximizeFaces();
+    }
+    if (m_bFullScreen) {
+        // Full screen ends here without its own way out: the window does not go back to where
+        // it stood, stays on top as full screen left it, and the bars' poll ends by itself at
+        // its next tick.
+        m_bFullScreen = 0;
+        SetFullScreenFace();
+        ShowPanelControls(true);
+    }
+    // A window in the window system's full-screen or maximised state would not move.
+    if (IsFullScreen() || IsZoomed())
+        ShowNormal();
     MoveWindow(rcNew, true);
     if (bRatioChanged)
         ApplyDisplayRatio();

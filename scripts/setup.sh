@@ -9,7 +9,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev libgl-dev
   libmpv-dev libavformat-dev libavcodec-dev libavutil-dev libtinyxml2-dev
   # tests and benchmarks
-  libgtest-dev libgmock-dev libbenchmark-dev libpugixml-dev libx11-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libpugixml-dev libx11-dev libxfixes-dev
   xvfb xauth x11-utils xdotool openbox imagemagick dbus dbus-x11 ffmpeg mpv
   # the desktop entry and metainfo validators; the icon drawing (tools/make-app-icons.sh)
   desktop-file-utils appstream librsvg2-bin

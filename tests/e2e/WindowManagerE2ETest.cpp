@@ -1,5 +1,6 @@
 // The real program under a real window manager (openbox inside the test's own X server):
 // what only a window manager can show, such as a minimised window coming back.
+#include "DesktopPanel.h"
 #include "PlayerProcess.h"
 
 #include "support/TestMedia.h"
@@ -184,6 +185,56 @@ TEST_F(WindowManagerE2ETest, TitleStripMovesTheWindowAndADoubleClickMaximisesAnd
     ASSERT_TRUE(XdoTool(at(QPoint(50, 15))));
     xdo({ QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"), QStringLiteral("80"), QStringLiteral("1") });
     EXPECT_TRUE(WaitUntil([&] { return screen.Geometry(w) == moved; }, kWaitMs)) << "not restored";
+}
+
+TEST_F(WindowManagerE2ETest, SizeKeysFullScreenAndMaximiseUseTheScreenAndItsFreeArea)
+{
+    const DesktopPanel panel(40);
+    const QRect free(0, 40, screen.ScreenSize().width(), screen.ScreenSize().height() - 40);
+    ASSERT_TRUE(WaitUntil([&] { return panel.WorkArea() == free; }, kWaitMs)) << "the window manager does not take the panel's strut";
+    const QString red = TestMedia::SolidColor(QStringLiteral("red"), 120.0, 320, 180, true);
+    ASSERT_FALSE(red.isEmpty());
+    sandbox.Start({ red });
+    const unsigned long w = WaitForColour(IsRed, "window-manager-modes");
+    ASSERT_NE(w, 0u);
+    auto xdo = [](std::initializer_list<QString> args) { ASSERT_TRUE(XdoTool(QStringList(args))); };
+    auto pointer = [&](QPoint pt) { xdo({ QStringLiteral("mousemove"), QString::number(pt.x()), QString::number(pt.y()) }); };
+    auto becomes = [&](const QRect& rc) { return WaitUntil([&] { return screen.Geometry(w) == rc; }, kWaitMs); };
+    auto centreOf = [](const QRect& rc) { return rc.topLeft() + QPoint(rc.width() / 2, rc.height() / 2); };
+
+    // A 320 by 180 clip: 200% gives a 640 by 360 video, 100% and 50% the smallest area of 320
+    // by 240; the window keeps its centre.
+    const QPoint centre = centreOf(screen.Geometry(w));
+    const std::pair<const char*, QSize> keys[] = { { "F3", QSize(650, 442) }, { "F4", QSize(330, 322) }, { "F3", QSize(650, 442) }, { "F5", QSize(330, 322) } };
+    for (const auto& [pszKey, size] : keys) {
+        screen.PressKey(w, pszKey);
+        EXPECT_TRUE(becomes(QRect(centre - QPoint(size.width() / 2, size.height() / 2), size))) << pszKey << ": " << qPrintable(screen.Describe(w, QPoint(5, 5)));
+    }
+
+    // Full screen covers the panel too, and the pointer hides when it rests over the video.
+    const QRect normal = screen.Geometry(w);
+    screen.PressKey(w, "F2");
+    EXPECT_TRUE(becomes(QRect(QPoint(0, 0), screen.ScreenSize()))) << qPrintable(screen.Describe(w, QPoint(5, 5)));
+    EXPECT_TRUE(WaitUntil([&] { return IsRed(screen.ColourAt(w, QPoint(screen.ScreenSize().width() / 2, 20))); }, kWaitMs)) << "the panel is not covered";
+    pointer(QPoint(900, 500));
+    EXPECT_TRUE(WaitUntil([&] { return !panel.CursorShows(); }, kWaitMs)) << "the pointer stays over the video";
+    pointer(QPoint(901, 500));
+    EXPECT_TRUE(WaitUntil([&] { return panel.CursorShows(); }, kWaitMs)) << "the pointer does not come back";
+    screen.PressKey(w, "Escape");
+    EXPECT_TRUE(becomes(normal)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
+
+    // The maximise button fills the free area; minimised and restored, the window comes back
+    // there; the title's double click restores it.
+    screen.Click(w, QPoint(normal.width() - 37, 15));
+    EXPECT_TRUE(becomes(free)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
+    screen.Click(w, QPoint(free.width() - 59, 15));
+    ASSERT_TRUE(WaitUntil([&] { return WindowState(w) == 3; }, kWaitMs)) << "the minimise button did nothing";
+    xdo({ QStringLiteral("windowactivate"), QString::number(w) });
+    EXPECT_TRUE(WaitUntil([&] { return WindowState(w) == 1; }, kWaitMs));
+    EXPECT_TRUE(becomes(free)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
+    pointer(free.topLeft() + QPoint(50, 15));
+    xdo({ QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"), QStringLiteral("--delay"), QStringLiteral("80"), QStringLiteral("1") });
+    EXPECT_TRUE(becomes(normal)) << qPrintable(screen.Describe(w, QPoint(5, 5)));
 }
 
 } // namespace

@@ -163,6 +163,33 @@ TEST_F(PlayerBarsTest, BarsPassTheirControlsAndKeysOnToTheWindow)
     });
 }
 
+// Two presses within the double-click time leave full screen on the free part of a bar, not
+// on one of the title strip's buttons (in either bar's own coordinates).
+TEST_F(PlayerBarsTest, QuickSecondPressOnTheFreePartLeavesFullScreen)
+{
+    RunWindow([&] {
+        dlg.OnFullScreen();
+        ASSERT_EQ(dlg.m_bFullScreen, 1);
+        for (CQKLayerWndTitle* pBar : { static_cast<CQKLayerWndTitle*>(dlg.m_barTitle.get()), static_cast<CQKLayerWndTitle*>(dlg.m_barBottom.get()) }) {
+            pBar->ShowWindow(SW_SHOWNOACTIVATE);
+            HostDriver drv(*pBar);
+            // Over the options button's place; the release elsewhere clicks nothing.
+            for (int i = 0; i < 2; ++i) {
+                drv.Press(QPoint(130, 10));
+                drv.Release(QPoint(400, 100));
+            }
+            EXPECT_EQ(dlg.m_bFullScreen, 1);
+            pBar->m_dwLastClickTick = QKGetTickCount() - QKGetDoubleClickTime() - 100;
+            drv.Click(QPoint(600, 10));
+            EXPECT_EQ(dlg.m_bFullScreen, 1);
+            drv.Click(QPoint(600, 10));
+            EXPECT_EQ(dlg.m_bFullScreen, 0);
+            dlg.OnFullScreen();
+        }
+        dlg.OnFullScreen();
+    });
+}
+
 TEST_F(PlayerBarsTest, TitleBarPaintsIconCaptionAndOutlineAndTheBottomBarItsGround)
 {
     ASSERT_TRUE(QDir(dir.path()).mkpath(QStringLiteral("skin/btn")));

@@ -48,7 +48,7 @@ TEST(VideoLayoutTest, StretchAndUnknownModesFillTheArea)
 
 TEST(VideoLayoutTest, FittedWindowKeepsItsCentreAndAMinimumSize)
 {
-    const QSize screen(1920, 1080);
+    const QRect screen(0, 0, 1920, 1080);
     QSize video;
     // The start window, centred on the screen, fitted to a 640 by 360 video at 100%.
     EXPECT_EQ(FitWindowToVideo(QRect(527, 259, 866, 562), 640, 360, 1.0, screen, &video), QRect(635, 319, 650, 442));
@@ -63,13 +63,17 @@ TEST(VideoLayoutTest, FittedWindowKeepsItsCentreAndAMinimumSize)
 
 TEST(VideoLayoutTest, FittedWindowMayOutgrowTheScreenButStaysReachable)
 {
-    const QSize screen(1280, 720);
+    const QRect screen(0, 0, 1280, 720);
     // A 1920 by 1080 video at 100% is not shrunk to the screen; its corner stays at 0,0.
     EXPECT_EQ(FitWindowToVideo(QRect(207, 79, 866, 562), 1920, 1080, 1.0, screen), QRect(0, 0, 1930, 1162));
     // A window far right and low is pulled back so that 50 pixels of it show.
     EXPECT_EQ(FitWindowToVideo(QRect(3000, 2000, 866, 562), 640, 360, 1.0, screen).topLeft(), QPoint(1230, 670));
     // At 200% the 1920 by 1080 screen's own video gives a window of 3850 by 2242.
-    EXPECT_EQ(FitWindowToVideo(QRect(0, 0, 866, 562), 1920, 1080, 2.0, QSize(1920, 1080)).size(), QSize(3850, 2242));
+    EXPECT_EQ(FitWindowToVideo(QRect(0, 0, 866, 562), 1920, 1080, 2.0, QRect(0, 0, 1920, 1080)).size(), QSize(3850, 2242));
+    // On a second screen right of the first, the same guards hold against that screen's edges.
+    const QRect second(1920, 0, 1280, 720);
+    EXPECT_EQ(FitWindowToVideo(QRect(1900, 10, 330, 322), 1920, 1080, 1.0, second).topLeft(), QPoint(1920, 0));
+    EXPECT_EQ(FitWindowToVideo(QRect(4000, 900, 866, 562), 640, 360, 1.0, second).topLeft(), QPoint(3150, 670));
 }
 
 } // namespace
