@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QSocketNotifier>
+#include <QStyleHints>
 #include <QUrl>
 #include <cerrno>
 #include <chrono>
@@ -37,6 +38,14 @@ uint64_t QKGetTickCount()
 {
     using namespace std::chrono;
     return static_cast<uint64_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+uint64_t QKGetDoubleClickTime()
+{
+    // Without an application object the common default of desktops stands.
+    const auto* pApp = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    const int nMs = pApp ? QGuiApplication::styleHints()->mouseDoubleClickInterval() : 400;
+    return static_cast<uint64_t>(nMs > 0 ? nMs : 0);
 }
 
 bool QKHasSessionBus()

@@ -8,6 +8,9 @@ class QUrl;
 
 // Milliseconds of a monotonic clock (it never goes back and does not follow the wall clock).
 uint64_t QKGetTickCount();
+// The longest time in milliseconds between two presses that make a double click, as the
+// desktop sets it.
+uint64_t QKGetDoubleClickTime();
 
 // A D-Bus session bus answers. The taskbar counterpart (media controls and progress on the
 // desktop) is used only then. The answer is found once and kept.

@@ -6,6 +6,8 @@
 #include "platform/QKKeys.h"
 #include "platform/QKMessages.h"
 #include "platform/QKSystem.h"
+#include "player/CQKLayerWndBottom.h"
+#include "player/CQKLayerWndTitle.h"
 #include "player/CQKPlayerApp.h"
 #include "player/QKPlayerOptions.h"
 #include "services/CQKMenuEx.h"
@@ -72,7 +74,7 @@ void CQKPlayerDlg::OnCreate()
     // The video surface: a hidden child over the video area, painted by the engine alone.
     m_wndPlay = std::make_unique<CQKPlayWnd>();
     m_wndPlay->Create(this);
-    // The full-screen bars come with full screen.
+    CreateBars();
 }
 
 void CQKPlayerDlg::OnInitDialog()
@@ -222,6 +224,9 @@ void CQKPlayerDlg::OnTimer(uint32_t nID)
     case QKTIMER_POSITION:
         OnPositionTimer();
         break;
+    case QKTIMER_BARS:
+        OnBarsTimer();
+        break;
     case QKTIMER_CURSOR:
         OnCursorTimer();
         break;
@@ -275,7 +280,8 @@ void CQKPlayerDlg::OnDestroy()
         m_wndPlay.reset();
     }
     m_pContextMenu.reset();
-    // The bars come with full screen. The manager goes with the host, and the controls with it.
+    DestroyBars();
+    // The manager goes with the host, and the controls with it.
     CQKUIHostWnd::OnDestroy();
     m_pBtnPlay = m_pBtnMute = m_pBtnMaximize = nullptr;
     m_pPosSlider = m_pVolSlider = nullptr;

@@ -13,6 +13,8 @@
 //   CQKPlayerDlgVideo.cpp     the video area, display ratio and window size modes
 //   CQKPlayerDlgFrame.cpp     the hand-made frame: its painting, moving by the title strip,
 //                             the resize grips, and maximising to the work area
+//   CQKPlayerDlgBars.cpp      the full-screen bars: making and ending them, and the poll of
+//                             the pointer that fades them in and out
 //   CQKPlayerDlgScreen.cpp    full screen, the pointer's auto-hide, and the window states
 //                             that the window system reports
 //
@@ -42,6 +44,8 @@
 class CQKButton;
 class CQKMenuEx;
 class CQKGraphics;
+class CQKLayerWndBottom;
+class CQKLayerWndTitle;
 class CQKPlayWnd;
 class CQKSlider;
 class CQKStatic;
@@ -179,6 +183,20 @@ public:
     bool IsOverTitleControl(QPoint pt) const;
     bool IsOverBarControl(QPoint pt) const;
 
+    // The full-screen bars (CQKPlayerDlgBars.cpp). They are made hidden with the window, as
+    // wide as the screen it stands on, and end with it.
+    void CreateBars();
+    void DestroyBars();
+    // Hides both bars at once; a fade that runs goes on, unseen, and ends by itself.
+    void HideBars();
+    // Timer 2: fades a bar in while the pointer is on its strip, and out once it has left.
+    void OnBarsTimer();
+    // The video surface shows (it takes its own right clicks and double clicks).
+    bool IsVideoWindowVisible() const;
+    // The ground of a window `w` by `h` with its outline, and with the program's icon and name
+    // when `bCaption`: the window's own frame and the bars' (CQKPlayerDlgFrame.cpp).
+    void PaintGround(CQKGraphics* pGraphics, int w, int h, bool bCaption);
+
     // Ends the program the way every close command does.
     void OnCancel();
 
@@ -294,6 +312,9 @@ public:
     QRect m_rcRestore;
     // The panel's pictures, among them the audio-only note.
     CQKPlayerFaces m_faces;
+    // The full-screen bars, null before the window is made and after it ended.
+    std::unique_ptr<CQKLayerWndTitle> m_barTitle;
+    std::unique_ptr<CQKLayerWndBottom> m_barBottom;
 
 private:
     std::unique_ptr<CQKPlayWnd> m_wndPlay;

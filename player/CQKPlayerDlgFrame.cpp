@@ -70,21 +70,17 @@ bool IsOverAny(const CQKUIManager* pManager, QPoint pt, std::initializer_list<st
 
 } // namespace
 
-void CQKPlayerDlg::PaintFrame(CQKGraphics* pGraphics)
+void CQKPlayerDlg::PaintGround(CQKGraphics* pGraphics, int w, int h, bool bCaption)
 {
-    const QRect rcClient = GetClientRect();
-    const int w = rcClient.width();
-    const int h = rcClient.height();
     pGraphics->SetSmoothingMode(QKSmoothingAntiAlias);
     pGraphics->SetInterpolationMode(QKInterpolationHighQualityBicubic);
-    if (!m_pAppIconBitmap) {
-        // A missing icon leaves an empty picture: no icon, and no message.
-        QImage icon(QKAppFolder() + QStringLiteral("skin/btn/gold.png"));
-        m_pAppIconBitmap = std::make_unique<QImage>(icon.convertToFormat(QImage::Format_ARGB32_Premultiplied));
-    }
     pGraphics->FillRectangle(tagQKBrush::Solid(QKColorFromBGR(g_clrFace)), 0, 0, w, h);
-
-    if (!m_bFullScreen) {
+    if (bCaption) {
+        if (!m_pAppIconBitmap) {
+            // A missing icon leaves an empty picture: no icon, and no message.
+            QImage icon(QKAppFolder() + QStringLiteral("skin/btn/gold.png"));
+            m_pAppIconBitmap = std::make_unique<QImage>(icon.convertToFormat(QImage::Format_ARGB32_Premultiplied));
+        }
         if (!m_pAppIconBitmap->isNull())
             pGraphics->DrawImage(*m_pAppIconBitmap, QRectF(2, 1, 28, 28), QRectF(m_pAppIconBitmap->rect()));
         tagQKFontSpec font;
@@ -102,10 +98,16 @@ void CQKPlayerDlg::PaintFrame(CQKGraphics* pGraphics)
         brush.bGammaCorrection = true;
         pGraphics->FillPath(brush, caption);
     }
-
     tagQKPen outline;
     outline.clr = QKColorFromBGR(g_UIColors.clrFrame);
     pGraphics->DrawRectangle(outline, 0, 0, w - 1, h - 1);
+}
+
+void CQKPlayerDlg::PaintFrame(CQKGraphics* pGraphics)
+{
+    const QRect rcClient = GetClientRect();
+    // In full screen the caption is the top bar's.
+    PaintGround(pGraphics, rcClient.width(), rcClient.height(), !m_bFullScreen);
 
     if (m_rcVideo.width() >= 1 && m_rcVideo.height() >= 1) {
         // The picture's bars are what the video surface leaves uncovered: hard-edged black.

@@ -10,6 +10,7 @@
 #include "controls/CQKSlider.h"
 #include "controls/CQKStatic.h"
 #include "platform/QKFilePath.h"
+#include "player/CQKLayerWndBottom.h"
 #include "player/QKPanelLayout.h"
 #include "player/QKPlayerOptions.h"
 #include "toolkit/CQKButton.h"
@@ -92,6 +93,8 @@ void CQKPlayerDlg::CreateControls()
     // A player that starts muted shows it on the button from the first picture.
     if (QKPlayerOptions::bMute && m_pBtnMute)
         m_pBtnMute->SetImage(m_faces.faceMuted.get());
+    if (m_barTitle && m_barBottom)
+        CreateBarControls(m_barTitle->Manager(), m_barBottom->Manager(), m_barTitle->GetClientRect().width());
 }
 
 void CQKPlayerDlg::CreateBarControls(CQKUIManager* pTitleBar, CQKUIManager* pBottomBar, int W)

@@ -73,7 +73,8 @@ void CQKPlayerDlg::OnFullScreen()
         if (CanPlaceWindows())
             MoveWindow(GetScreenRect(), true);
     } else {
-        // Leaving full screen hides the two bars here.
+        // The bars go at once; a fade that runs ends by itself, unseen.
+        HideBars();
         ShowNormal();
         if (CanPlaceWindows())
             MoveWindow(s_rcSaved, true);

@@ -189,4 +189,38 @@ TEST_F(PanelE2ETest, WindowTitleNamesTheFileOnlyWithASessionBus)
     }
 }
 
+// In full screen the bottom bar comes when the pointer reaches the screen's bottom edge; its
+// play button pauses the picture, and the bar goes once the pointer has left its strip.
+TEST_F(PanelE2ETest, FullScreenBottomBarComesAtTheEdgePausesAndGoes)
+{
+    const QString clip = TestMedia::Make(QStringLiteral("moving.mkv"),
+        { "-f", "lavfi", "-i", "testsrc2=size=160x120:rate=25:duration=60", "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p" });
+    ASSERT_FALSE(clip.isEmpty());
+    sandbox.Start({ clip });
+    const unsigned long w = WaitForPlayer();
+    ASSERT_NE(w, 0u);
+    ASSERT_TRUE(WaitUntil([&] { return Moves(w); }, kWindowMs)) << "the picture does not move; " << SaveShot("bars-not-moving");
+    const QSize size = screen.ScreenSize();
+    const QRect rcMiddle(size.width() / 2 - 100, size.height() / 2 - 100, 200, 200);
+    auto moving = [&] {
+        const auto before = screen.Pixels(w, rcMiddle);
+        QThread::msleep(400);
+        return screen.Pixels(w, rcMiddle) != before;
+    };
+
+    screen.PressKey(w, "F2");
+    ASSERT_TRUE(WaitUntil([&] { return screen.Geometry(w) == QRect(QPoint(0, 0), size); }, kChangeMs)) << "no full screen; " << SaveShot("bars-no-full-screen");
+    EXPECT_TRUE(screen.FindWindows(QStringLiteral("QKLayerWndBottom")).empty());
+    screen.MovePointer(QPoint(size.width() / 2, size.height() - 1));
+    const auto bars = screen.WaitForWindows(QStringLiteral("QKLayerWndBottom"), 1, kChangeMs);
+    ASSERT_EQ(bars.size(), 1u) << "the bottom bar did not come; " << SaveShot("bars-no-bottom-bar");
+    EXPECT_EQ(screen.Geometry(bars.front()), QRect(0, size.height() - 52, size.width(), 52));
+    screen.Click(bars.front(), QPoint((size.width() - 25) / 2 + 12, 31));
+    EXPECT_TRUE(WaitUntil([&] { return !moving(); }, kChangeMs)) << "the picture moves after the bar's pause; " << SaveShot("bars-pause");
+
+    screen.MovePointer(QPoint(size.width() / 2, size.height() / 2));
+    EXPECT_TRUE(screen.WaitForWindows(QStringLiteral("QKLayerWndBottom"), 0, kChangeMs).empty()) << "the bottom bar stays; " << SaveShot("bars-stays");
+    EXPECT_TRUE(screen.WaitForWindows(QStringLiteral("QKLayerWndTitle"), 0, kChangeMs).empty()) << "the top bar stays; " << SaveShot("bars-title-stays");
+}
+
 } // namespace

@@ -276,6 +276,11 @@ void ScreenProbe::Click(unsigned long window, QPoint ptClient) const
     QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("mousemove"), x, y, QStringLiteral("click"), QStringLiteral("1"), QStringLiteral("mousemove"), QStringLiteral("0"), QStringLiteral("0") });
 }
 
+void ScreenProbe::MovePointer(QPoint ptScreen) const
+{
+    QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("mousemove"), QString::number(ptScreen.x()), QString::number(ptScreen.y()) });
+}
+
 std::vector<uint32_t> ScreenProbe::Pixels(unsigned long window, const QRect& rcClient) const
 {
     const QRect rc = Geometry(window);

@@ -99,6 +99,8 @@ public:
     // Moves the pointer to a client point of the window, clicks the left button there, and
     // moves the pointer off to the screen's corner.
     void Click(unsigned long window, QPoint ptClient) const;
+    // Moves the pointer to a point of the screen, as a mouse does.
+    void MovePointer(QPoint ptScreen) const;
     // The pixels of a client rectangle of the window, as the screen shows them.
     std::vector<uint32_t> Pixels(unsigned long window, const QRect& rcClient) const;
     // The window's title.

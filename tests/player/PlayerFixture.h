@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QImage>
 #include <QTemporaryDir>
 #include <QThread>
 #include <gtest/gtest.h>
@@ -27,6 +28,18 @@ inline bool WaitFor(const std::function<bool()>& pred, int ms = 10000)
         QThread::msleep(5);
     }
     return pred();
+}
+
+// The program's name painted in the test's caption colours: the left end of its ink is red and
+// the right end blue, in some row each.
+inline bool CaptionRunsRedToBlue(const QImage& img, const QRect& ink)
+{
+    int nRedFirst = 0, nBlueLast = 0;
+    for (int y = ink.top(); y <= ink.bottom(); ++y) {
+        nRedFirst += qRed(img.pixel(ink.left() + 2, y)) > qBlue(img.pixel(ink.left() + 2, y)) + 60;
+        nBlueLast += qBlue(img.pixel(ink.right() - 2, y)) > qRed(img.pixel(ink.right() - 2, y)) + 60;
+    }
+    return nRedFirst > 0 && nBlueLast > 0;
 }
 
 class PlayerFixture : public ::testing::Test

@@ -106,13 +106,7 @@ TEST_F(PlayerFrameTest, FramePaintsGroundIconCaptionOutlineVideoAreaAndAudioNote
                     ink |= QRect(x, y, 1, 1);
         EXPECT_TRUE(QRect(28, 1, 132, 29).contains(ink)) << ink.x() << " " << ink.right() << " " << ink.bottom();
         EXPECT_GT(ink.width(), 60);
-        int nRedFirst = 0, nBlueLast = 0;
-        for (int y = ink.top(); y <= ink.bottom(); ++y) {
-            nRedFirst += qRed(img.pixel(ink.left() + 2, y)) > qBlue(img.pixel(ink.left() + 2, y)) + 60;
-            nBlueLast += qBlue(img.pixel(ink.right() - 2, y)) > qRed(img.pixel(ink.right() - 2, y)) + 60;
-        }
-        EXPECT_GT(nRedFirst, 0);
-        EXPECT_GT(nBlueLast, 0);
+        EXPECT_TRUE(orbeltest::CaptionRunsRedToBlue(img, ink));
 
         // A file without a picture: three notes, the large one centred and two right of it and
         // lower; after Stop the area is plain black.

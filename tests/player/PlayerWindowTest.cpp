@@ -9,6 +9,7 @@
 #include "platform/QKKeys.h"
 #include "platform/QKMessages.h"
 #include "platform/QKSystemDialogs.h"
+#include "player/CQKLayerWndBottom.h"
 #include "player/CQKPlayerApp.h"
 #include "player/CQKPlayerDlg.h"
 #include "player/CQKStartupList.h"
@@ -167,12 +168,10 @@ TEST_F(PlayerWindowTest, PanelAndDesktopFollowPlayPauseSeekVolumeAndStop)
     HandOver({ video });
     CQKPlayerDlg dlg;
     dlg.m_bHasTaskbarList = 1;
-    // Bars of a 1920 pixel screen, standing alone: the twins must follow their panel controls.
-    CQKUIManager titleBar, bottomBar;
+    // The bars of the 1920 pixel screen carry twins that must follow their panel controls.
     RunWindow(dlg, [&] {
-        dlg.CreateBarControls(&titleBar, &bottomBar, 1920);
-        EXPECT_EQ(bottomBar.FindControl(21, 0)->GetRect(), QRect(947, 19, 25, 25));
-        EXPECT_EQ(titleBar.FindControl(17, 0)->nFaceIndex, 1);
+        EXPECT_EQ(dlg.m_barBottom->Manager()->FindControl(21, 0)->GetRect(), QRect(947, 19, 25, 25));
+        EXPECT_EQ(dlg.m_barTitle->Manager()->FindControl(17, 0)->nFaceIndex, 1);
         ASSERT_TRUE(WaitFor([] { return qkplaydll_IsPlaying() != 0; }));
         // The three buttons once; the stop before a new file (play icon, progress emptied); the
         // start (pause icon, no overlay, normal progress).
