@@ -6,6 +6,7 @@
 #include "player/CQKPlayerDlg.h"
 #include "player/QKPlayerOptions.h"
 #include "services/CQKMenuWnd.h"
+#include "support/GlDriver.h"
 #include "support/HostDriver.h"
 
 #include <QTimer>
@@ -14,6 +15,9 @@
 namespace {
 
 using orbeltest::HostDriver;
+
+// The window's video surface makes an OpenGL context.
+const bool bDriverPinned = orbeltest::KeepGlDriverMapped();
 
 class PlayerMenuTest : public orbeltest::PlayerFixture
 {
@@ -35,7 +39,10 @@ protected:
     tagShown Open(CQKPlayerDlg& dlg, int qtKeyOfSub, QPoint ptClient = QPoint(300, 15))
     {
         tagShown shown;
-        QTimer::singleShot(0, [&] {
+        // Fires inside the menu's own loop; where no menu opens it goes with this scope.
+        QTimer inMenu;
+        inMenu.setSingleShot(true);
+        QObject::connect(&inMenu, &QTimer::timeout, [&] {
             if (!Level(0))
                 return;
             shown.bCursorTimer = dlg.HasTimer(QKTIMER_CURSOR);
@@ -53,6 +60,7 @@ protected:
             keys.Key(Qt::Key_Escape);
             keys.Key(Qt::Key_Escape);
         });
+        inMenu.start(0);
         HostDriver(dlg).Click(ptClient, Qt::RightButton);
         return shown;
     }
