@@ -8,6 +8,8 @@
 #include "services/CQKMenuWnd.h"
 #include "support/GlDriver.h"
 #include "support/HostDriver.h"
+#include "toolkit/CQKButton.h"
+#include "toolkit/CQKUIManager.h"
 
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -116,6 +118,20 @@ TEST_F(PlayerMenuTest, MenuIsBuiltOnceAndItsMarksFollowTheOptions)
         EXPECT_EQ(Open(dlg, Qt::Key_W, QPoint(100, dlg.GetClientRect().height() - 20)).hMenu, 0);
         // In the video area it does.
         EXPECT_NE(Open(dlg, Qt::Key_W, dlg.m_rcVideo.center()).hMenu, 0);
+
+        // The options button opens it under itself, just inside its left and bottom edges.
+        QPoint ptMenu;
+        QTimer inMenu;
+        inMenu.setSingleShot(true);
+        QObject::connect(&inMenu, &QTimer::timeout, [&] {
+            ASSERT_NE(Level(0), nullptr);
+            ptMenu = Level(0)->GetWindowRect().topLeft();
+            HostDriver(*Level(0)).Key(Qt::Key_Escape);
+        });
+        inMenu.start(0);
+        dlg.SendMessage(WM_COMMAND, QKCMD_OPTIONS);
+        const QRect rcButton = dlg.Manager()->FindControl(QKCMD_OPTIONS, 0)->GetRect();
+        EXPECT_EQ(ptMenu, dlg.ClientToScreen(QPoint(rcButton.left() + 1, rcButton.top() + rcButton.height() - 3)));
     });
 }
 
