@@ -102,7 +102,7 @@ TEST_F(MenuE2ETest, RightClickOnTheVideoOpensTheMenuAndWindowSizeByKeysResizes)
     EXPECT_TRUE(screen.FindWindows(kMenu).empty());
 }
 
-TEST_F(MenuE2ETest, ToggledOptionsShowTheirMarksAndExitByItsLetterSavesThem)
+TEST_F(MenuE2ETest, ChoicesByPointerAndKeysShowTheirMarksAndExitByItsLetterSavesThem)
 {
     const unsigned long w = StartPlayer({});
     ASSERT_NE(w, 0u);
@@ -113,6 +113,20 @@ TEST_F(MenuE2ETest, ToggledOptionsShowTheirMarksAndExitByItsLetterSavesThem)
     EXPECT_FALSE(Checked(menu, 6)); // "&Auto Play Next"
     EXPECT_TRUE(Checked(menu, 7)); // "Only One Instance Running"
     EXPECT_FALSE(Checked(menu, 8)); // "Always On &Top"
+    // With the pointer: over "&Window Size" its sub-menu opens beside it, and a click on its
+    // "Do &Nothing" (below four rows and a separator) chooses that.
+    const QRect rcMenu = screen.Geometry(menu);
+    const QPoint ptSize = rcMenu.topLeft() + MenuRow(3).center();
+    QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("mousemove"), QString::number(ptSize.x()), QString::number(ptSize.y()) });
+    const auto menus = screen.WaitForWindows(kMenu, 2, 5000);
+    ASSERT_EQ(menus.size(), 2u);
+    const unsigned long sub = menus[0] == menu ? menus[1] : menus[0];
+    EXPECT_EQ(screen.Geometry(sub).left(), rcMenu.right() + 1);
+    screen.Click(sub, QPoint(40, 1 + 25 + 5 + 3 * 25 + 12));
+    ASSERT_TRUE(WaitUntil([&] { return screen.FindWindows(kMenu).empty(); }, 5000));
+
+    menu = RightClick(w, ptTitle);
+    ASSERT_NE(menu, 0u);
     Key("a");
     ASSERT_TRUE(WaitUntil([&] { return screen.FindWindows(kMenu).empty(); }, 5000));
 
@@ -130,7 +144,7 @@ TEST_F(MenuE2ETest, ToggledOptionsShowTheirMarksAndExitByItsLetterSavesThem)
     ASSERT_TRUE(PlayerSandbox::WaitForEnd(player, 15000)) << "the player did not end";
     EXPECT_EQ(player->exitCode(), 0);
     const QString options = ReadWideFile(sandbox.SkinFolder() + "playeroptions.dat");
-    EXPECT_TRUE(options.contains(QStringLiteral("bAutoPlayNext=\"1\""))) << qPrintable(options);
+    EXPECT_TRUE(options.contains(QStringLiteral("ds=\"3\" bAutoPlayNext=\"1\""))) << qPrintable(options);
     EXPECT_TRUE(options.contains(QStringLiteral("bAlwaysOnTop=\"1\""))) << qPrintable(options);
 }
 
