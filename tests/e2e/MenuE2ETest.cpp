@@ -110,8 +110,9 @@ TEST_F(MenuE2ETest, ChoicesByPointerAndKeysShowTheirMarksAndExitByItsLetterSaves
 
     unsigned long menu = RightClick(w, ptTitle);
     ASSERT_NE(menu, 0u);
+    // "Only One Instance Running" is on by default: its mark tells that the menu is painted.
+    ASSERT_TRUE(WaitUntil([&] { return Checked(menu, 7); }, 5000));
     EXPECT_FALSE(Checked(menu, 6)); // "&Auto Play Next"
-    EXPECT_TRUE(Checked(menu, 7)); // "Only One Instance Running"
     EXPECT_FALSE(Checked(menu, 8)); // "Always On &Top"
     // With the pointer: over "&Window Size" its sub-menu opens beside it, and a click on its
     // "Do &Nothing" (below four rows and a separator) chooses that.
@@ -132,14 +133,13 @@ TEST_F(MenuE2ETest, ChoicesByPointerAndKeysShowTheirMarksAndExitByItsLetterSaves
 
     menu = RightClick(w, ptTitle);
     ASSERT_NE(menu, 0u);
-    EXPECT_TRUE(Checked(menu, 6));
+    EXPECT_TRUE(WaitUntil([&] { return Checked(menu, 6); }, 5000));
     Key("t");
     ASSERT_TRUE(WaitUntil([&] { return screen.FindWindows(kMenu).empty(); }, 5000));
 
     menu = RightClick(w, ptTitle);
     ASSERT_NE(menu, 0u);
-    EXPECT_TRUE(Checked(menu, 6));
-    EXPECT_TRUE(Checked(menu, 8));
+    EXPECT_TRUE(WaitUntil([&] { return Checked(menu, 6) && Checked(menu, 8); }, 5000));
     Key("e"); // "&Exit"
     ASSERT_TRUE(PlayerSandbox::WaitForEnd(player, 15000)) << "the player did not end";
     EXPECT_EQ(player->exitCode(), 0);
