@@ -89,20 +89,17 @@ QKHMENU CQKMenuManager::CreatePopup()
 }
 
 // A new "i" element for an id: a record with the text for an id above 0, none for a separator.
-XMLElement* CQKMenuManager::MakeItemElement(tagQKMenuItem** ppRecord, int32_t nID, const QString& strText, bool bWithText)
+XMLElement* CQKMenuManager::MakeItemElement(int32_t nID, const QString& strText)
 {
     XMLElement* pItem = s_pMenuDocument->NewElement("i");
     tagQKMenuItem* pRecord = nullptr;
     if (nID >= 1) {
         pRecord = new tagQKMenuItem;
-        if (bWithText)
-            pRecord->pszText = strText.isNull() ? QString(QStringLiteral("")) : strText;
+        pRecord->pszText = strText; // a null text stays null
     }
     pItem->SetAttribute("d", static_cast<int64_t>(reinterpret_cast<uintptr_t>(pRecord)));
     pItem->SetAttribute("id", nID);
     pItem->SetAttribute("st", nID >= 1 ? 0u : 2u);
-    if (ppRecord)
-        *ppRecord = pRecord;
     return pItem;
 }
 
@@ -111,7 +108,7 @@ int CQKMenuManager::AppendItem(QKHMENU hMenu, int32_t nID, const QString& strTex
     XMLElement* pMenu = FindMenuElement(hMenu);
     if (!pMenu)
         return 0;
-    pMenu->LinkEndChild(MakeItemElement(nullptr, nID, strText, true));
+    pMenu->LinkEndChild(MakeItemElement(nID, strText));
     return 1;
 }
 
@@ -133,7 +130,7 @@ XMLElement* CQKMenuManager::MakeSubMenuElement(QKHMENU hMenu, QKHMENU hSub, cons
     const QKHMENU hUse = IsSubMenuInUse(hSub) ? CopyMenu(hSub) : hSub;
     if (!hUse)
         return nullptr;
-    XMLElement* pItem = MakeItemElement(nullptr, hUse, strText, true);
+    XMLElement* pItem = MakeItemElement(hUse, strText);
     pItem->SetAttribute("s", hUse);
     return pItem;
 }
@@ -172,7 +169,7 @@ int CQKMenuManager::InsertItem(QKHMENU hMenu, int nPos, int32_t nID, const QStri
     XMLElement* pBefore = nPos >= 0 ? FindItemElement(hMenu, nPos, MF_BYPOSITION) : nullptr;
     if (!pBefore)
         return AppendItem(hMenu, nID, strText);
-    InsertBefore(FindMenuElement(hMenu), pBefore, MakeItemElement(nullptr, nID, strText, true));
+    InsertBefore(FindMenuElement(hMenu), pBefore, MakeItemElement(nID, strText));
     return 1;
 }
 
@@ -438,7 +435,7 @@ void CQKMenuManager::DrawItem(const tagQKDrawItem& d)
         const bool bSelected = (d.itemState & ODS_SELECTED) && !bDisabled;
         const XMLElement* pItem = d.itemID != 0 ? FindItemElement(d.hMenu, d.itemID, 0) : nullptr;
         const bool bSubMenu = pItem && pItem->IntAttribute("s") != 0;
-        const auto* pRecord = reinterpret_cast<tagQKMenuItem*>(d.itemData);
+        auto* pRecord = reinterpret_cast<tagQKMenuItem*>(d.itemData);
 
         if (bSelected && d.itemID != 0) {
             const int r = bSubMenu ? w - 2 : w - 1;
@@ -498,11 +495,10 @@ void CQKMenuManager::DrawItem(const tagQKDrawItem& d)
                 // A picture that cannot be read leaves an empty cache: no icon, and no retry.
                 const QSize size = loaded.isNull() ? QSize(0, 0)
                                                    : (loaded.width() <= 40 && loaded.height() <= 40 ? loaded.size() : QSize(h - 4, h - 4));
-                auto* pRec = const_cast<tagQKMenuItem*>(pRecord);
-                pRec->pImage = std::make_unique<QImage>(size, QImage::Format_ARGB32_Premultiplied);
+                pRecord->pImage = std::make_unique<QImage>(size, QImage::Format_ARGB32_Premultiplied);
                 if (!size.isEmpty()) {
-                    pRec->pImage->fill(0);
-                    CQKGraphics gi(*pRec->pImage);
+                    pRecord->pImage->fill(0);
+                    CQKGraphics gi(*pRecord->pImage);
                     gi.SetInterpolationMode(QKInterpolationHighQualityBicubic);
                     gi.DrawImage(loaded, QRectF(QPointF(0, 0), QSizeF(size)), QRectF(loaded.rect()));
                 }

@@ -169,7 +169,7 @@ public:
     static int32_t s_nMenuExCount;
 
 private:
-    static tinyxml2::XMLElement* MakeItemElement(tagQKMenuItem** ppRecord, int32_t nID, const QString& strText, bool bWithText);
+    static tinyxml2::XMLElement* MakeItemElement(int32_t nID, const QString& strText);
     static void InsertBefore(tinyxml2::XMLElement* pMenu, tinyxml2::XMLElement* pBefore, tinyxml2::XMLElement* pItem);
     static void FreeRecord(tinyxml2::XMLElement* pItem);
     static tinyxml2::XMLElement* MakeSubMenuElement(QKHMENU hMenu, QKHMENU hSub, const QString& strText);

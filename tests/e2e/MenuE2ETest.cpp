@@ -102,7 +102,7 @@ TEST_F(MenuE2ETest, RightClickOnTheVideoOpensTheMenuAndWindowSizeByKeysResizes)
     EXPECT_TRUE(screen.FindWindows(kMenu).empty());
 }
 
-TEST_F(MenuE2ETest, ToggledOptionsShowTheirMarksAndExitByItsLetterSavesThem)
+TEST_F(MenuE2ETest, ChoicesByPointerAndKeysShowTheirMarksAndExitByItsLetterSavesThem)
 {
     const unsigned long w = StartPlayer({});
     ASSERT_NE(w, 0u);
@@ -110,27 +110,41 @@ TEST_F(MenuE2ETest, ToggledOptionsShowTheirMarksAndExitByItsLetterSavesThem)
 
     unsigned long menu = RightClick(w, ptTitle);
     ASSERT_NE(menu, 0u);
+    // "Only One Instance Running" is on by default: its mark tells that the menu is painted.
+    ASSERT_TRUE(WaitUntil([&] { return Checked(menu, 7); }, 5000));
     EXPECT_FALSE(Checked(menu, 6)); // "&Auto Play Next"
-    EXPECT_TRUE(Checked(menu, 7)); // "Only One Instance Running"
     EXPECT_FALSE(Checked(menu, 8)); // "Always On &Top"
+    // With the pointer: over "&Window Size" its sub-menu opens beside it, and a click on its
+    // "Do &Nothing" (below four rows and a separator) chooses that.
+    const QRect rcMenu = screen.Geometry(menu);
+    const QPoint ptSize = rcMenu.topLeft() + MenuRow(3).center();
+    QProcess::execute(QStringLiteral("xdotool"), { QStringLiteral("mousemove"), QString::number(ptSize.x()), QString::number(ptSize.y()) });
+    const auto menus = screen.WaitForWindows(kMenu, 2, 5000);
+    ASSERT_EQ(menus.size(), 2u);
+    const unsigned long sub = menus[0] == menu ? menus[1] : menus[0];
+    EXPECT_EQ(screen.Geometry(sub).left(), rcMenu.right() + 1);
+    screen.Click(sub, QPoint(40, 1 + 25 + 5 + 3 * 25 + 12));
+    ASSERT_TRUE(WaitUntil([&] { return screen.FindWindows(kMenu).empty(); }, 5000));
+
+    menu = RightClick(w, ptTitle);
+    ASSERT_NE(menu, 0u);
     Key("a");
     ASSERT_TRUE(WaitUntil([&] { return screen.FindWindows(kMenu).empty(); }, 5000));
 
     menu = RightClick(w, ptTitle);
     ASSERT_NE(menu, 0u);
-    EXPECT_TRUE(Checked(menu, 6));
+    EXPECT_TRUE(WaitUntil([&] { return Checked(menu, 6); }, 5000));
     Key("t");
     ASSERT_TRUE(WaitUntil([&] { return screen.FindWindows(kMenu).empty(); }, 5000));
 
     menu = RightClick(w, ptTitle);
     ASSERT_NE(menu, 0u);
-    EXPECT_TRUE(Checked(menu, 6));
-    EXPECT_TRUE(Checked(menu, 8));
+    EXPECT_TRUE(WaitUntil([&] { return Checked(menu, 6) && Checked(menu, 8); }, 5000));
     Key("e"); // "&Exit"
     ASSERT_TRUE(PlayerSandbox::WaitForEnd(player, 15000)) << "the player did not end";
     EXPECT_EQ(player->exitCode(), 0);
     const QString options = ReadWideFile(sandbox.SkinFolder() + "playeroptions.dat");
-    EXPECT_TRUE(options.contains(QStringLiteral("bAutoPlayNext=\"1\""))) << qPrintable(options);
+    EXPECT_TRUE(options.contains(QStringLiteral("ds=\"3\" bAutoPlayNext=\"1\""))) << qPrintable(options);
     EXPECT_TRUE(options.contains(QStringLiteral("bAlwaysOnTop=\"1\""))) << qPrintable(options);
 }
 

@@ -6,7 +6,10 @@
 #include "player/CQKPlayerDlg.h"
 #include "player/QKPlayerOptions.h"
 #include "services/CQKMenuWnd.h"
+#include "support/GlDriver.h"
 #include "support/HostDriver.h"
+#include "toolkit/CQKButton.h"
+#include "toolkit/CQKUIManager.h"
 
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -14,6 +17,9 @@
 namespace {
 
 using orbeltest::HostDriver;
+
+// The window's video surface makes an OpenGL context.
+const bool bDriverPinned = orbeltest::KeepGlDriverMapped();
 
 class PlayerMenuTest : public orbeltest::PlayerFixture
 {
@@ -35,7 +41,10 @@ protected:
     tagShown Open(CQKPlayerDlg& dlg, int qtKeyOfSub, QPoint ptClient = QPoint(300, 15))
     {
         tagShown shown;
-        QTimer::singleShot(0, [&] {
+        // Fires inside the menu's own loop; where no menu opens it goes with this scope.
+        QTimer inMenu;
+        inMenu.setSingleShot(true);
+        QObject::connect(&inMenu, &QTimer::timeout, [&] {
             if (!Level(0))
                 return;
             shown.bCursorTimer = dlg.HasTimer(QKTIMER_CURSOR);
@@ -53,6 +62,7 @@ protected:
             keys.Key(Qt::Key_Escape);
             keys.Key(Qt::Key_Escape);
         });
+        inMenu.start(0);
         HostDriver(dlg).Click(ptClient, Qt::RightButton);
         return shown;
     }
@@ -108,6 +118,20 @@ TEST_F(PlayerMenuTest, MenuIsBuiltOnceAndItsMarksFollowTheOptions)
         EXPECT_EQ(Open(dlg, Qt::Key_W, QPoint(100, dlg.GetClientRect().height() - 20)).hMenu, 0);
         // In the video area it does.
         EXPECT_NE(Open(dlg, Qt::Key_W, dlg.m_rcVideo.center()).hMenu, 0);
+
+        // The options button opens it under itself, just inside its left and bottom edges.
+        QPoint ptMenu;
+        QTimer inMenu;
+        inMenu.setSingleShot(true);
+        QObject::connect(&inMenu, &QTimer::timeout, [&] {
+            ASSERT_NE(Level(0), nullptr);
+            ptMenu = Level(0)->GetWindowRect().topLeft();
+            HostDriver(*Level(0)).Key(Qt::Key_Escape);
+        });
+        inMenu.start(0);
+        dlg.SendMessage(WM_COMMAND, QKCMD_OPTIONS);
+        const QRect rcButton = dlg.Manager()->FindControl(QKCMD_OPTIONS, 0)->GetRect();
+        EXPECT_EQ(ptMenu, dlg.ClientToScreen(QPoint(rcButton.left() + 1, rcButton.top() + rcButton.height() - 3)));
     });
 }
 

@@ -255,6 +255,36 @@ TEST_F(MenuTest, RowPaintsItsStates)
     EXPECT_EQ(wide.pixel(30, 2), Opaque(kColumn));
 }
 
+TEST_F(MenuTest, IconShowsUnlessTheRowIsChecked)
+{
+    QImage red(16, 16, QImage::Format_ARGB32_Premultiplied);
+    red.fill(Qt::red);
+    CQKMenuEx menu;
+    menu.CreatePopupMenu();
+    menu.AppendWithImage(5, &red, QStringLiteral("Red"));
+    menu.AppendWithImagePath(6, QStringLiteral("skin/no-such-icon.png"), QStringLiteral("Missing"));
+    auto paint = [&](int nPos, uint32_t nState) {
+        QImage image(120, 25, QImage::Format_ARGB32_Premultiplied);
+        tagQKDrawItem d;
+        d.hMenu = menu.GetHandle();
+        d.itemID = CQKMenuManager::GetMenuItemID(d.hMenu, nPos);
+        d.itemState = nState;
+        d.itemData = reinterpret_cast<uintptr_t>(CQKMenuManager::GetItemRecord(d.hMenu, nPos, MF_BYPOSITION));
+        d.pTarget = &image;
+        d.rcItem = image.rect();
+        CQKMenuManager::DrawItem(d);
+        return image;
+    };
+    // In the column, 3 pixels in, scaled to the column less 6.
+    EXPECT_EQ(paint(0, 0).pixel(3, 3), qRgb(255, 0, 0));
+    EXPECT_EQ(paint(0, 0).pixel(21, 21), qRgb(255, 0, 0));
+    EXPECT_EQ(paint(0, 0).pixel(22, 12), Opaque(kColumn));
+    EXPECT_NE(paint(0, ODS_CHECKED).pixel(3, 20), qRgb(255, 0, 0));
+    // A picture that cannot be read shows nothing and is not tried again.
+    EXPECT_EQ(paint(1, 0).pixel(12, 12), Opaque(kColumn));
+    ASSERT_NE(CQKMenuManager::GetItemRecord(menu.GetHandle(), 1, MF_BYPOSITION)->pImage, nullptr);
+}
+
 TEST_F(MenuTest, ShadowIsFourRingsOfRisingAlphaCutToARoundedFrame)
 {
     const QImage rings = CQKMenuExShadow::PaintRings(60, 40);
