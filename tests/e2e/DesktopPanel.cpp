@@ -7,54 +7,38 @@
 namespace orbeltest {
 
 DesktopPanel::DesktopPanel(int nHeight)
-    : pDisplay(XOpenDisplay(nullptr))
 {
-    if (!pDisplay)
+    Display* d = x11.Connection();
+    if (!d)
         return;
-    const int w = DisplayWidth(pDisplay, DefaultScreen(pDisplay));
-    window = XCreateSimpleWindow(pDisplay, DefaultRootWindow(pDisplay), 0, 0, w, nHeight, 0, 0, WhitePixel(pDisplay, DefaultScreen(pDisplay)));
-    const Atom dock = XInternAtom(pDisplay, "_NET_WM_WINDOW_TYPE_DOCK", False);
-    XChangeProperty(pDisplay, window, XInternAtom(pDisplay, "_NET_WM_WINDOW_TYPE", False), XA_ATOM, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(&dock), 1);
+    const int w = x11.Width();
+    window = XCreateSimpleWindow(d, DefaultRootWindow(d), 0, 0, w, nHeight, 0, 0, WhitePixel(d, DefaultScreen(d)));
+    const Atom dock = XInternAtom(d, "_NET_WM_WINDOW_TYPE_DOCK", False);
+    XChangeProperty(d, window, XInternAtom(d, "_NET_WM_WINDOW_TYPE", False), XA_ATOM, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(&dock), 1);
     // Top edge reserved over the whole width: left, right, top, bottom, then the start and
     // end of each edge's stretch.
     const long strut[12] = { 0, 0, nHeight, 0, 0, 0, 0, 0, 0, w - 1, 0, 0 };
-    XChangeProperty(pDisplay, window, XInternAtom(pDisplay, "_NET_WM_STRUT_PARTIAL", False), XA_CARDINAL, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(strut), 12);
-    XChangeProperty(pDisplay, window, XInternAtom(pDisplay, "_NET_WM_STRUT", False), XA_CARDINAL, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(strut), 4);
-    XMapWindow(pDisplay, window);
-    XFlush(pDisplay);
+    XChangeProperty(d, window, XInternAtom(d, "_NET_WM_STRUT_PARTIAL", False), XA_CARDINAL, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(strut), 12);
+    XChangeProperty(d, window, XInternAtom(d, "_NET_WM_STRUT", False), XA_CARDINAL, 32, PropModeReplace, reinterpret_cast<const unsigned char*>(strut), 4);
+    XMapWindow(d, window);
+    XFlush(d);
 }
 
 DesktopPanel::~DesktopPanel()
 {
-    if (!pDisplay)
-        return;
-    XDestroyWindow(pDisplay, window);
-    XCloseDisplay(pDisplay);
+    if (x11.Connection())
+        XDestroyWindow(x11.Connection(), window);
 }
 
 QRect DesktopPanel::WorkArea() const
 {
-    if (!pDisplay)
-        return QRect();
-    Atom type = None;
-    int format = 0;
-    unsigned long n = 0;
-    unsigned long after = 0;
-    unsigned char* data = nullptr;
-    QRect rc;
-    const Atom workArea = XInternAtom(pDisplay, "_NET_WORKAREA", False);
-    if (XGetWindowProperty(pDisplay, DefaultRootWindow(pDisplay), workArea, 0, 4, False, XA_CARDINAL, &type, &format, &n, &after, &data) == Success && data && n == 4) {
-        const long* v = reinterpret_cast<const long*>(data);
-        rc = QRect(static_cast<int>(v[0]), static_cast<int>(v[1]), static_cast<int>(v[2]), static_cast<int>(v[3]));
-    }
-    if (data)
-        XFree(data);
-    return rc;
+    const std::vector<long> v = x11.Property32Items(0, "_NET_WORKAREA", "CARDINAL", 4);
+    return v.size() == 4 ? QRect(static_cast<int>(v[0]), static_cast<int>(v[1]), static_cast<int>(v[2]), static_cast<int>(v[3])) : QRect();
 }
 
 bool DesktopPanel::CursorShows() const
 {
-    XFixesCursorImage* img = pDisplay ? XFixesGetCursorImage(pDisplay) : nullptr;
+    XFixesCursorImage* img = x11.Connection() ? XFixesGetCursorImage(x11.Connection()) : nullptr;
     if (!img)
         return true;
     bool bShows = false;
@@ -66,19 +50,8 @@ bool DesktopPanel::CursorShows() const
 
 void DesktopPanel::AskToMaximise(unsigned long target) const
 {
-    if (!pDisplay)
-        return;
-    XEvent ev {};
-    ev.xclient.type = ClientMessage;
-    ev.xclient.window = target;
-    ev.xclient.message_type = XInternAtom(pDisplay, "_NET_WM_STATE", False);
-    ev.xclient.format = 32;
-    ev.xclient.data.l[0] = 1; // add
-    ev.xclient.data.l[1] = static_cast<long>(XInternAtom(pDisplay, "_NET_WM_STATE_MAXIMIZED_VERT", False));
-    ev.xclient.data.l[2] = static_cast<long>(XInternAtom(pDisplay, "_NET_WM_STATE_MAXIMIZED_HORZ", False));
-    ev.xclient.data.l[3] = 1; // from an application
-    XSendEvent(pDisplay, DefaultRootWindow(pDisplay), False, SubstructureRedirectMask | SubstructureNotifyMask, &ev);
-    XFlush(pDisplay);
+    // Add both maximised states; the request comes from an application (source 1).
+    x11.SendClientMessage(target, "_NET_WM_STATE", { 1, static_cast<long>(XInternAtom(x11.Connection(), "_NET_WM_STATE_MAXIMIZED_VERT", False)), static_cast<long>(XInternAtom(x11.Connection(), "_NET_WM_STATE_MAXIMIZED_HORZ", False)), 1 }, true);
 }
 
 } // namespace orbeltest

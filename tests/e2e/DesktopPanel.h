@@ -2,9 +2,9 @@
 // DesktopPanel: a panel of the desktop, as a test makes it. A dock window along the top edge
 // of the screen reserves its height, so that the window manager's free area differs from the
 // whole screen. It also tells what the X server shows as the pointer.
-#include <QRect>
+#include "support/X11Screen.h"
 
-struct _XDisplay;
+#include <QRect>
 
 namespace orbeltest {
 
@@ -22,10 +22,10 @@ public:
     // The pointer's picture, as the X server shows it now, has a visible pixel.
     bool CursorShows() const;
     // Asks the window manager to maximise a window, as the desktop's own command does.
-    void AskToMaximise(unsigned long window) const;
+    void AskToMaximise(unsigned long target) const;
 
 private:
-    _XDisplay* pDisplay { nullptr };
+    X11Screen x11;
     unsigned long window { 0 };
 };
 

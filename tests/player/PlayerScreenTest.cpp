@@ -3,6 +3,7 @@
 #include "PlayerFixture.h"
 #include "platform/QKMessages.h"
 #include "player/CQKPlayerDlg.h"
+#include "player/QKPanelLayout.h"
 #include "support/GlDriver.h"
 #include "support/HostDriver.h"
 #include "support/TestMedia.h"
@@ -22,8 +23,6 @@ using orbeltest::TestMedia;
 namespace {
 
 const bool bDriverPinned = orbeltest::KeepGlDriverMapped();
-
-constexpr uint32_t kPanelIds[] = { 29, 16, 17, 2, 18, 20, 19, 26, 23, 21, 22, 24, 27, 28, 25, 31 };
 
 class PlayerScreenTest : public orbeltest::PlayerFixture
 {
@@ -47,8 +46,8 @@ protected:
     int VisiblePanelControls() const
     {
         int n = 0;
-        for (uint32_t nID : kPanelIds) {
-            const CQKButton* p = dlg.Manager()->FindControl(nID, nID == 20 || nID == 28 ? 11 : (nID == 18 || nID == 19 || nID == 31 ? 13 : 0));
+        for (const auto& entry : QKPanelLayout::kControls) {
+            const CQKButton* p = dlg.Manager()->FindControl(entry.nID, entry.nKind);
             n += p && p->IsVisible();
         }
         return n;

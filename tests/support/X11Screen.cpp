@@ -72,8 +72,15 @@ std::vector<unsigned long> X11Screen::ViewableWindows() const
 
 long X11Screen::Property32(unsigned long window, const char* pszName, const char* pszType) const
 {
+    const std::vector<long> items = Property32Items(window, pszName, pszType, 1);
+    return items.empty() ? -1 : items.front();
+}
+
+std::vector<long> X11Screen::Property32Items(unsigned long window, const char* pszName, const char* pszType, long nMax) const
+{
+    std::vector<long> items;
     if (!pDisplay)
-        return -1;
+        return items;
     const Atom name = XInternAtom(pDisplay, pszName, False);
     const Atom type = XInternAtom(pDisplay, pszType, False);
     Atom actualType = 0;
@@ -81,28 +88,36 @@ long X11Screen::Property32(unsigned long window, const char* pszName, const char
     unsigned long nItems = 0;
     unsigned long nAfter = 0;
     unsigned char* pData = nullptr;
-    long value = -1;
     const Window target = window ? window : DefaultRootWindow(pDisplay);
-    if (XGetWindowProperty(pDisplay, target, name, 0, 1, False, type, &actualType, &format, &nItems, &nAfter, &pData) == Success
-        && pData && nItems >= 1 && format == 32)
-        value = reinterpret_cast<long*>(pData)[0];
+    if (XGetWindowProperty(pDisplay, target, name, 0, nMax, False, type, &actualType, &format, &nItems, &nAfter, &pData) == Success && pData && format == 32)
+        items.assign(reinterpret_cast<long*>(pData), reinterpret_cast<long*>(pData) + nItems);
     if (pData)
         XFree(pData);
-    return value;
+    return items;
 }
 
 void X11Screen::RequestClose(unsigned long window) const
 {
     if (!pDisplay)
         return;
+    SendClientMessage(window, "WM_PROTOCOLS", { static_cast<long>(XInternAtom(pDisplay, "WM_DELETE_WINDOW", False)), CurrentTime }, false);
+}
+
+void X11Screen::SendClientMessage(unsigned long window, const char* pszType, const std::vector<long>& items, bool bToRoot) const
+{
+    if (!pDisplay)
+        return;
     XEvent ev {};
     ev.xclient.type = ClientMessage;
     ev.xclient.window = window;
-    ev.xclient.message_type = XInternAtom(pDisplay, "WM_PROTOCOLS", False);
+    ev.xclient.message_type = XInternAtom(pDisplay, pszType, False);
     ev.xclient.format = 32;
-    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(pDisplay, "WM_DELETE_WINDOW", False));
-    ev.xclient.data.l[1] = CurrentTime;
-    XSendEvent(pDisplay, window, False, NoEventMask, &ev);
+    for (size_t i = 0; i < items.size() && i < 5; ++i)
+        ev.xclient.data.l[i] = items[i];
+    if (bToRoot)
+        XSendEvent(pDisplay, DefaultRootWindow(pDisplay), False, SubstructureRedirectMask | SubstructureNotifyMask, &ev);
+    else
+        XSendEvent(pDisplay, window, False, NoEventMask, &ev);
     XFlush(pDisplay);
 }
 

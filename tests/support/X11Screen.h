@@ -31,8 +31,13 @@ public:
     // The first 32-bit item of a window's property (the root window's for window 0), or -1
     // when the window has no such property.
     long Property32(unsigned long window, const char* pszName, const char* pszType) const;
+    // Up to nMax 32-bit items of the property; empty when the window has none.
+    std::vector<long> Property32Items(unsigned long window, const char* pszName, const char* pszType, long nMax) const;
     // Asks the window to close, as a window manager's close button does.
     void RequestClose(unsigned long window) const;
+    // Sends a window manager's message about `window` (format 32, up to five items): to the
+    // root window where the window manager listens, or with bToRoot false to the window.
+    void SendClientMessage(unsigned long window, const char* pszType, const std::vector<long>& items, bool bToRoot) const;
 
 private:
     _XDisplay* pDisplay { nullptr };
