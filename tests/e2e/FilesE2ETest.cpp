@@ -159,6 +159,7 @@ TEST_F(FilesE2ETest, FolderWalkDropAndPlayNextAsAPersonUsesThem)
     const QRect rcElapsed(5, screen.Geometry(w).height() - 49, 50, 16);
     const auto elapsed = screen.Pixels(w, rcElapsed);
     EXPECT_TRUE(WaitUntil([&] { return screen.Pixels(w, rcElapsed) != elapsed; }, kChangeMs)) << "the playback before the drop ended; " << Shot("after-noise");
+    EXPECT_TRUE(Shows(w, IsRed)) << "the picture is covered after the message; " << Shot("after-noise-picture");
 
     screen.PressKey(w, "ctrl+e");
     EXPECT_TRUE(PlayerSandbox::WaitForEnd(player, kWindowMs));
