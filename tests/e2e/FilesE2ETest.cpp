@@ -140,7 +140,7 @@ TEST_F(FilesE2ETest, FolderWalkDropAndPlayNextAsAPersonUsesThem)
     // A web address and three files dropped on the picture: the address is passed over as a
     // file that does not play, and the first file plays. It is short, and at its end the
     // player goes on to the next of the three by itself.
-    const QString shortGreen = Clip(QStringLiteral("short green.mkv"), QStringLiteral("green"), 1.5);
+    const QString shortGreen = Clip(QStringLiteral("short green.mkv"), QStringLiteral("green"), 2.5);
     const QString red = Clip(QStringLiteral("dropped red.mkv"), QStringLiteral("red"), 60.0);
     const QString blue = Clip(QStringLiteral("dropped blue.mkv"), QStringLiteral("blue"), 60.0);
     const QRect rc = screen.Geometry(w);
