@@ -258,9 +258,10 @@ public:
     // --- dropped files ------------------------------------------------------------------
     // Files dropped on this window reach its OnDropFiles.
     void DragAcceptFiles(bool bAccept);
-    // Files dropped on any window of the program (the video surface, the bars, a popup) reach
-    // pReceiver's OnDropFiles instead, whether or not that window takes files itself; null
-    // ends it. While a modal window is up, drops on the windows it blocks are refused.
+    // Files dropped on any host window of the program (the bars, a popup) reach pReceiver's
+    // OnDropFiles instead, whether or not that window takes files itself; null ends it. The
+    // video surface takes no input, so a drop on it is its host's. While a modal window is up,
+    // every drop is refused.
     static void CatchDroppedFiles(CQKHostWnd* pReceiver);
 
     // --- for platform code only -----------------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include "CQKHostWnd.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QExposeEvent>
 #include <QMetaObject>
@@ -191,6 +192,10 @@ bool CQKPlayWnd::Create(QWidget* pParent)
 {
     if (!pParent || pImpl->pContainer)
         return false;
+    // The container stays a plain widget. Otherwise Qt gives it a native window of its own as
+    // soon as a window owned by the host (a message, a menu) gets one, and that window, opaque
+    // and taking the clicks, would then lie over the picture.
+    QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     auto* pWindow = new CQKPlaySurface(&pImpl->video);
     pImpl->pWindow = pWindow;
     pImpl->pContainer = QWidget::createWindowContainer(pWindow, pParent);

@@ -157,8 +157,13 @@ bool IsMediaName(QStringView strName)
     const QStringView strType = strName.mid(nDot + 1);
     if (strType.size() < 2 || strType.size() > 4)
         return false;
+    // The type folded once, so that each of the 24 tests is a plain comparison.
+    std::array<char16_t, 4> folded {};
+    for (qsizetype i = 0; i < strType.size(); ++i)
+        folded[static_cast<size_t>(i)] = Folded(strType[i]);
+    const QStringView strFolded(folded.data(), strType.size());
     for (const QStringView strMedia : kMediaTypes)
-        if (strType.compare(strMedia, Qt::CaseInsensitive) == 0)
+        if (strFolded == strMedia)
             return true;
     return false;
 }

@@ -140,7 +140,7 @@ TEST_F(FilesE2ETest, FolderWalkDropAndPlayNextAsAPersonUsesThem)
     // A web address and three files dropped on the picture: the address is passed over as a
     // file that does not play, and the first file plays. It is short, and at its end the
     // player goes on to the next of the three by itself.
-    const QString shortGreen = Clip(QStringLiteral("short green.mkv"), QStringLiteral("green"), 1.5);
+    const QString shortGreen = Clip(QStringLiteral("short green.mkv"), QStringLiteral("green"), 2.5);
     const QString red = Clip(QStringLiteral("dropped red.mkv"), QStringLiteral("red"), 60.0);
     const QString blue = Clip(QStringLiteral("dropped blue.mkv"), QStringLiteral("blue"), 60.0);
     const QRect rc = screen.Geometry(w);
@@ -159,6 +159,7 @@ TEST_F(FilesE2ETest, FolderWalkDropAndPlayNextAsAPersonUsesThem)
     const QRect rcElapsed(5, screen.Geometry(w).height() - 49, 50, 16);
     const auto elapsed = screen.Pixels(w, rcElapsed);
     EXPECT_TRUE(WaitUntil([&] { return screen.Pixels(w, rcElapsed) != elapsed; }, kChangeMs)) << "the playback before the drop ended; " << Shot("after-noise");
+    EXPECT_TRUE(Shows(w, IsRed)) << "the picture is covered after the message; " << Shot("after-noise-picture");
 
     screen.PressKey(w, "ctrl+e");
     EXPECT_TRUE(PlayerSandbox::WaitForEnd(player, kWindowMs));
