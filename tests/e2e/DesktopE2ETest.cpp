@@ -318,6 +318,17 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysHandsOffAndQuits)
                 n += a.pixel(x, y) != b.pixel(x, y);
         return n;
     };
+    // Pixels of strong colour: the test picture's bars have them, the desktop's greys do not.
+    auto colourful = [](const QImage& shot) {
+        int n = 0;
+        for (int y = 0; y < shot.height(); ++y) {
+            for (int x = 0; x < shot.width(); ++x) {
+                const QRgb p = shot.pixel(x, y);
+                n += std::max({ qRed(p), qGreen(p), qBlue(p) }) - std::min({ qRed(p), qGreen(p), qBlue(p) }) > 150;
+            }
+        }
+        return n;
+    };
     // The desktop as its shell draws it, before the player comes.
     QImage desktop;
     ASSERT_TRUE(WaitUntil([&] {
@@ -332,15 +343,15 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysHandsOffAndQuits)
     ASSERT_TRUE(WaitUntil([&] { return Ctl({ QStringLiteral("status") }) == QLatin1String("Playing"); }, kWaitMs));
     const double dStart = Ctl({ QStringLiteral("position") }).toDouble();
     EXPECT_TRUE(WaitUntil([&] { return Ctl({ QStringLiteral("position") }).toDouble() > dStart + 1.0; }, kWaitMs)) << "the position stays at " << dStart;
-    // The window is on the output: at least its 160 by 120 video area and its frame changed the
-    // picture of the desktop.
+    // The window is on the output, and the video surface shows the clip's coloured bars in it
+    // (the 160 by 120 clip shows at twice its size).
     QImage shot;
     EXPECT_TRUE(WaitUntil([&] {
         shot = shoot();
-        return changed(shot, desktop) > 40000;
+        return changed(shot, desktop) > 40000 && colourful(shot) > colourful(desktop) + 20000;
     },
         kWaitMs))
-        << "no window on the output; " << qPrintable(FailureShotPath(QStringLiteral("wayland-player")));
+        << "no window or no picture on the output; " << qPrintable(FailureShotPath(QStringLiteral("wayland-player")));
     QDir().mkpath(QFileInfo(FailureShotPath(QStringLiteral("wayland-player"))).path());
     shot.save(FailureShotPath(QStringLiteral("wayland-player")));
 
