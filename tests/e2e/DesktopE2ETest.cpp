@@ -249,6 +249,11 @@ TEST_F(DesktopE2ETest, MediaControlsLauncherProgressAndScreenSaver)
     EXPECT_TRUE(WaitUntil([&] { return std::fabs(Ctl({ QStringLiteral("volume") }).toDouble() - 0.3) < 1e-6; }, kWaitMs));
     EXPECT_TRUE(announced(nMark, QStringLiteral("Volume"), [](const QVariant& v) { return std::fabs(v.toDouble() - 0.3) < 1e-6; }));
 
+    // A seek by the client moves the playing position, and the launcher's bar follows it.
+    Ctl({ QStringLiteral("position"), QStringLiteral("20") });
+    EXPECT_TRUE(WaitUntil([&] { return Ctl({ QStringLiteral("position") }).toDouble() >= 20.0; }, kWaitMs));
+    EXPECT_TRUE(WaitUntil([&] { return log.progress.back().dValue >= 0.6; }, kWaitMs));
+
     // Stop: the launcher's bar goes away.
     Ctl({ QStringLiteral("stop") });
     ASSERT_TRUE(status("Stopped"));
