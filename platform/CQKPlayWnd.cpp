@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QExposeEvent>
+#include <QGuiApplication>
 #include <QMetaObject>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
@@ -34,8 +35,10 @@ public:
         QSurfaceFormat fmt = requestedFormat();
         fmt.setSwapBehavior(QSurfaceFormat::DoubleBuffer);
         // The swap waits for the display's refresh, and the library is told when it is done,
-        // so that it shows each frame for as many refreshes as its time asks.
-        fmt.setSwapInterval(1);
+        // so that it shows each frame for as many refreshes as its time asks. A Wayland
+        // compositor paces a window by its frame callbacks instead, and sends none while the
+        // window is hidden: a swap that waited for them would hold up the GUI thread.
+        fmt.setSwapInterval(bWayland ? 0 : 1);
         fmt.setAlphaBufferSize(0);
         setFormat(fmt);
         pTarget->get_proc_address = &CQKPlaySurface::GetProcAddress;
@@ -98,7 +101,10 @@ public:
             gl->glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
             gl->glClear(GL_COLOR_BUFFER_BIT);
         }
-        if (bOwnSurface && isExposed())
+        // Under Wayland the window is a subsurface that counts as exposed only once frames
+        // come back from the compositor, and they come only after a swap: it swaps whenever
+        // it is shown, or it would stay black.
+        if (bOwnSurface && (isExposed() || (bWayland && isVisible())))
             pContext->swapBuffers(this);
         // Once told of one swap, the library waits for the report of every frame it hands
         // over, for up to about 200 ms each. A frame drawn while the window is hidden (a stop
@@ -153,6 +159,7 @@ private:
     }
 
     qkplay_video* pTarget;
+    const bool bWayland { QGuiApplication::platformName().startsWith(QLatin1String("wayland")) };
     bool bAttached { false };
     std::atomic<bool> bFramePending { false };
     // Declared before the offscreen surface: the context goes last.

@@ -249,6 +249,11 @@ TEST_F(DesktopE2ETest, MediaControlsLauncherProgressAndScreenSaver)
     EXPECT_TRUE(WaitUntil([&] { return std::fabs(Ctl({ QStringLiteral("volume") }).toDouble() - 0.3) < 1e-6; }, kWaitMs));
     EXPECT_TRUE(announced(nMark, QStringLiteral("Volume"), [](const QVariant& v) { return std::fabs(v.toDouble() - 0.3) < 1e-6; }));
 
+    // A seek by the client moves the playing position, and the launcher's bar follows it.
+    Ctl({ QStringLiteral("position"), QStringLiteral("20") });
+    EXPECT_TRUE(WaitUntil([&] { return Ctl({ QStringLiteral("position") }).toDouble() >= 20.0; }, kWaitMs));
+    EXPECT_TRUE(WaitUntil([&] { return log.progress.back().dValue >= 0.6; }, kWaitMs));
+
     // Stop: the launcher's bar goes away.
     Ctl({ QStringLiteral("stop") });
     ASSERT_TRUE(status("Stopped"));
@@ -318,6 +323,17 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysHandsOffAndQuits)
                 n += a.pixel(x, y) != b.pixel(x, y);
         return n;
     };
+    // Pixels of strong colour: the test picture's bars have them, the desktop's greys do not.
+    auto colourful = [](const QImage& shot) {
+        int n = 0;
+        for (int y = 0; y < shot.height(); ++y) {
+            for (int x = 0; x < shot.width(); ++x) {
+                const QRgb p = shot.pixel(x, y);
+                n += std::max({ qRed(p), qGreen(p), qBlue(p) }) - std::min({ qRed(p), qGreen(p), qBlue(p) }) > 150;
+            }
+        }
+        return n;
+    };
     // The desktop as its shell draws it, before the player comes.
     QImage desktop;
     ASSERT_TRUE(WaitUntil([&] {
@@ -332,15 +348,15 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysHandsOffAndQuits)
     ASSERT_TRUE(WaitUntil([&] { return Ctl({ QStringLiteral("status") }) == QLatin1String("Playing"); }, kWaitMs));
     const double dStart = Ctl({ QStringLiteral("position") }).toDouble();
     EXPECT_TRUE(WaitUntil([&] { return Ctl({ QStringLiteral("position") }).toDouble() > dStart + 1.0; }, kWaitMs)) << "the position stays at " << dStart;
-    // The window is on the output: at least its 160 by 120 video area and its frame changed the
-    // picture of the desktop.
+    // The window is on the output, and the video surface shows the clip's coloured bars in it
+    // (the 160 by 120 clip shows at twice its size).
     QImage shot;
     EXPECT_TRUE(WaitUntil([&] {
         shot = shoot();
-        return changed(shot, desktop) > 40000;
+        return changed(shot, desktop) > 40000 && colourful(shot) > colourful(desktop) + 20000;
     },
         kWaitMs))
-        << "no window on the output; " << qPrintable(FailureShotPath(QStringLiteral("wayland-player")));
+        << "no window or no picture on the output; " << qPrintable(FailureShotPath(QStringLiteral("wayland-player")));
     QDir().mkpath(QFileInfo(FailureShotPath(QStringLiteral("wayland-player"))).path());
     shot.save(FailureShotPath(QStringLiteral("wayland-player")));
 
