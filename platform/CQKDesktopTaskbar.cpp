@@ -73,13 +73,20 @@ void CQKDesktopTaskbar::SetProgressState(CQKHostWnd*, uint32_t nState)
     // The last of the three calls of a change: the middle button shows pause while a file
     // plays, the overlay and the paused state mark a pause, and the play picture without
     // them is a stop.
+    const Status was = m_status;
     if (nState == TBPF_PAUSED || m_nOverlay == QKICON_PAUSE)
         m_status = Status::Paused;
     else if (m_nMiddleIcon == QKICON_PAUSE)
         m_status = Status::Playing;
     else
         m_status = Status::Stopped;
-    if (m_status != Status::Playing)
+    // A pause holds the position where playing left it; playing goes on from there.
+    const uint64_t nNow = QKGetTickCount();
+    if (was == Status::Playing && m_status != Status::Playing && m_dTickPos >= 0.0)
+        m_dTickPos += static_cast<double>(nNow - m_nTickTime) / 1000.0;
+    if (m_status != was)
+        m_nTickTime = nNow;
+    if (m_status == Status::Stopped)
         m_dTickPos = -1.0;
     m_inhibitor.Want(m_status == Status::Playing && m_bHasVideo);
     Announce();
@@ -98,13 +105,15 @@ void CQKDesktopTaskbar::SetProgressValue(CQKHostWnd*, uint64_t nCompleted, uint6
     // A tick far from where playing on would have led is a seek the user made on the panel.
     const double dPos = static_cast<double>(nCompleted) / 100.0;
     const uint64_t nNow = QKGetTickCount();
-    if (m_status == Status::Playing && m_dTickPos >= 0.0) {
-        const double dExpected = m_dTickPos + static_cast<double>(nNow - m_nTickTime) / 1000.0;
-        if (std::fabs(dPos - dExpected) > kJumpSeconds && m_pPlayer)
+    if (m_dTickPos >= 0.0) {
+        const double dExpected = m_dTickPos + (m_status == Status::Playing ? static_cast<double>(nNow - m_nTickTime) / 1000.0 : 0.0);
+        const double dOff = dPos - dExpected;
+        if ((dOff > kJumpSeconds || (dOff < -kJumpSeconds && !m_bTickFromStart)) && m_pPlayer)
             Q_EMIT m_pPlayer->Seeked(static_cast<qlonglong>(dPos * 1e6));
     }
     m_dTickPos = dPos;
     m_nTickTime = nNow;
+    m_bTickFromStart = false;
 }
 
 void CQKDesktopTaskbar::SetMedia(CQKHostWnd* pWnd, const QString& strPath, double dDuration, bool bHasVideo)
@@ -114,7 +123,10 @@ void CQKDesktopTaskbar::SetMedia(CQKHostWnd* pWnd, const QString& strPath, doubl
     m_dDuration = dDuration > 0.0 && std::isfinite(dDuration) ? dDuration : 0.0;
     m_bHasVideo = bHasVideo;
     ++m_nTrack;
-    m_dTickPos = -1.0;
+    // A file starts at its beginning.
+    m_dTickPos = 0.0;
+    m_nTickTime = QKGetTickCount();
+    m_bTickFromStart = true;
     m_inhibitor.Want(m_status == Status::Playing && m_bHasVideo);
     Announce();
 }
@@ -223,7 +235,8 @@ void CQKDesktopTaskbar::SeekToSeconds(double dSeconds)
         return;
     // The position display and the seek bars follow at the next tick.
     qkplaydll_SetCurrentPos(dSeconds);
-    m_dTickPos = -1.0;
+    m_dTickPos = dSeconds;
+    m_nTickTime = QKGetTickCount();
     if (m_pPlayer)
         Q_EMIT m_pPlayer->Seeked(static_cast<qlonglong>(dSeconds * 1e6));
 }

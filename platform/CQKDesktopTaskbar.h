@@ -87,7 +87,10 @@ private:
     // The launcher's last progress, so that a paused tick sends nothing new.
     bool m_bLauncherVisible { false };
     double m_dLauncherProgress { -1.0 };
-    // The last tick's position (seconds) and time, to see a jump that is no playing on.
+    // Where playing on puts the position: m_dTickPos (seconds; -1 unknown) at m_nTickTime,
+    // moving on only while playing, to see a jump that is no playing on. At the start of a file
+    // the engine may take a while to begin, so only a jump ahead counts until the first tick.
     double m_dTickPos { -1.0 };
     uint64_t m_nTickTime { 0 };
+    bool m_bTickFromStart { false };
 };

@@ -18,6 +18,7 @@
 #include <QMutex>
 #include <QThread>
 #include <QUrl>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -78,6 +79,7 @@ public:
     };
     std::vector<Progress> progress;
     std::vector<QVariantMap> changes;
+    std::vector<qlonglong> seeks;
 
     // A change of `key` to a value that `pred` accepts, announced after the first `nFrom`.
     bool Announced(size_t nFrom, const QString& key, const std::function<bool(const QVariant&)>& pred) const
@@ -98,6 +100,7 @@ public Q_SLOTS:
         if (strInterface == QLatin1String("org.mpris.MediaPlayer2.Player"))
             changes.push_back(changed);
     }
+    void OnSeeked(qlonglong nPosition) { seeks.push_back(nPosition); }
 };
 
 QString NameOf(const QString& path)
@@ -132,6 +135,7 @@ protected:
         bus.connect(QString(), QString(), QStringLiteral("com.canonical.Unity.LauncherEntry"), QStringLiteral("Update"), &log, SLOT(OnUpdate(QString, QVariantMap)));
         bus.connect(QString(), QStringLiteral("/org/mpris/MediaPlayer2"), QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("PropertiesChanged"),
             &log, SLOT(OnPropertiesChanged(QString, QVariantMap, QStringList)));
+        ASSERT_TRUE(bus.connect(QString(), QStringLiteral("/org/mpris/MediaPlayer2"), QStringLiteral("org.mpris.MediaPlayer2.Player"), QStringLiteral("Seeked"), &log, SLOT(OnSeeked(qlonglong))));
         sandbox.SetBusAddress(strAddress);
     }
 
@@ -163,6 +167,12 @@ protected:
         get << QStringLiteral("org.mpris.MediaPlayer2") << name;
         const QDBusMessage reply = QDBusConnection(kBusName).call(get, QDBus::Block, 5000);
         return reply.arguments().isEmpty() ? QVariant() : reply.arguments().constFirst().value<QDBusVariant>().variant();
+    }
+
+    // Calls a method of the media controls' root interface (Raise, Quit).
+    static void CallRoot(const QString& method)
+    {
+        QDBusConnection(kBusName).call(QDBusMessage::createMethodCall(kMpris, QStringLiteral("/org/mpris/MediaPlayer2"), QStringLiteral("org.mpris.MediaPlayer2"), method));
     }
 
     // The video area of the window shows two different pictures 400 ms apart.
@@ -249,9 +259,19 @@ TEST_F(DesktopE2ETest, MediaControlsLauncherProgressAndScreenSaver)
     EXPECT_TRUE(WaitUntil([&] { return std::fabs(Ctl({ QStringLiteral("volume") }).toDouble() - 0.3) < 1e-6; }, kWaitMs));
     EXPECT_TRUE(announced(nMark, QStringLiteral("Volume"), [](const QVariant& v) { return std::fabs(v.toDouble() - 0.3) < 1e-6; }));
 
-    // A seek by the client moves the playing position, and the launcher's bar follows it.
+    // Playing on, pausing, resuming and the next file are no seeks; a click in the middle of
+    // the seek bar is, and so is a seek by the client, which moves the playing position and
+    // the launcher's bar.
+    EXPECT_TRUE(log.seeks.empty()) << log.seeks.front();
+    const QRect rcWindow = screen.Geometry(w);
+    screen.Click(w, QPoint(rcWindow.width() / 2, rcWindow.height() - 41));
+    ASSERT_TRUE(WaitUntil([&] { return !log.seeks.empty(); }, kWaitMs)) << "no Seeked after a click on the seek bar, at " << qPrintable(Ctl({ QStringLiteral("position") }));
+    // The middle of the clip, and up to a tick of playing on.
+    EXPECT_GT(log.seeks.front(), 14e6);
+    EXPECT_LT(log.seeks.front(), 18e6);
     Ctl({ QStringLiteral("position"), QStringLiteral("20") });
     EXPECT_TRUE(WaitUntil([&] { return Ctl({ QStringLiteral("position") }).toDouble() >= 20.0; }, kWaitMs));
+    EXPECT_TRUE(WaitUntil([&] { return log.seeks.back() == 20000000; }, kWaitMs)) << log.seeks.back();
     EXPECT_TRUE(WaitUntil([&] { return log.progress.back().dValue >= 0.6; }, kWaitMs));
 
     // Stop: the launcher's bar goes away.
@@ -272,7 +292,7 @@ TEST_F(DesktopE2ETest, MediaControlsLauncherProgressAndScreenSaver)
 
     // Quit ends the player the way its close command does: the request is given back and the
     // volume kept.
-    QDBusConnection(kBusName).call(QDBusMessage::createMethodCall(kMpris, QStringLiteral("/org/mpris/MediaPlayer2"), QStringLiteral("org.mpris.MediaPlayer2"), QStringLiteral("Quit")));
+    CallRoot(QStringLiteral("Quit"));
     ASSERT_TRUE(PlayerSandbox::WaitForEnd(player, kWaitMs));
     EXPECT_EQ(player->exitCode(), 0);
     WaitUntil([&] { return screenSaver.Calls().size() == 8; }, 3000);
@@ -283,65 +303,136 @@ TEST_F(DesktopE2ETest, MediaControlsLauncherProgressAndScreenSaver)
     EXPECT_TRUE(options.contains(QStringLiteral("dVolumeScale=\"30"))) << qPrintable(options);
 }
 
-// Under a Wayland compositor (weston without a screen, on the test's bus): the player starts,
-// shows its window and plays, a later start hands its file over, and Quit ends it. The
-// compositor's own screenshot shows the window; the playing is read from the media controls.
-TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysHandsOffAndQuits)
+// Under a window manager (openbox), Raise brings the player's window from behind another
+// window to the front and makes it the active one.
+TEST_F(DesktopE2ETest, RaiseBringsTheWindowToTheFront)
+{
+    const QString green = TestMedia::SolidColor(QStringLiteral("green"), 30.0, 64, 48, true);
+    ASSERT_FALSE(green.isEmpty());
+    const X11Screen x11;
+    QProcess wm;
+    wm.start(QStringLiteral("openbox"), { QStringLiteral("--sm-disable") });
+    ASSERT_TRUE(WaitUntil([&] { return x11.Property32(0, "_NET_SUPPORTING_WM_CHECK", "WINDOW") > 0; }, kWaitMs)) << "openbox did not take the screen";
+    auto active = [&] { return static_cast<unsigned long>(x11.Property32(0, "_NET_ACTIVE_WINDOW", "WINDOW")); };
+    auto top = [&] {
+        const std::vector<long> stacking = x11.Property32Items(0, "_NET_CLIENT_LIST_STACKING", "WINDOW", 64);
+        return stacking.empty() ? 0ul : static_cast<unsigned long>(stacking.back());
+    };
+
+    QProcess* player = sandbox.Start({ green });
+    QString strFound;
+    ASSERT_TRUE(WaitUntil([&] { return XdoTool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--pid"), QString::number(player->processId()) }, &strFound); }, kWaitMs));
+    const unsigned long w = strFound.section(QLatin1Char('\n'), 0, 0).toULong();
+    // The window takes the clip's size once it plays; the middle of its video area is green
+    // where the player is on top.
+    auto centre = [&] { return QPoint(screen.Geometry(w).width() / 2, screen.Geometry(w).height() / 2 - 10); };
+    auto showsGreen = [&] { return IsGreen(screen.ColourAt(w, centre())); };
+    ASSERT_TRUE(WaitUntil(showsGreen, kWaitMs)) << qPrintable(screen.Describe(w, centre()));
+
+    // Another program's window over it, active.
+    QWidget cover;
+    cover.setGeometry(screen.Geometry(w).adjusted(-20, -20, 20, 20));
+    cover.show();
+    ASSERT_TRUE(WaitUntil([&] { return XdoTool({ QStringLiteral("windowactivate"), QStringLiteral("--sync"), QString::number(cover.winId()) }) && active() == cover.winId(); }, kWaitMs));
+    ASSERT_TRUE(WaitUntil([&] { return !showsGreen(); }, kWaitMs)) << "the other window does not cover the player";
+
+    CallRoot(QStringLiteral("Raise"));
+    EXPECT_TRUE(WaitUntil([&] { return active() == w && top() == w; }, kWaitMs)) << "active " << active() << ", top " << top() << ", player " << w;
+    EXPECT_TRUE(WaitUntil(showsGreen, kWaitMs)) << qPrintable(screen.Describe(w, centre()));
+
+    CallRoot(QStringLiteral("Quit"));
+    ASSERT_TRUE(PlayerSandbox::WaitForEnd(player, kWaitMs));
+    wm.kill();
+    wm.waitForFinished(5000);
+}
+
+// Under a Wayland compositor (weston drawing into a window of the test's X server, on the
+// test's bus): the player starts, shows its window and plays, moves by a drag on its title
+// strip and grows by a drag on its corner (the compositor does both), a later start hands its
+// file over, and Quit ends it. Weston's window is looked at and driven with the X pointer.
+TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysMovesResizesHandsOffAndQuits)
 {
     const QString first = TestMedia::VideoWithSound(30.0);
     const QString second = TestMedia::SolidColor(QStringLiteral("green"), 30.0, 64, 48, true);
     ASSERT_FALSE(first.isEmpty() || second.isEmpty());
-    // The compositor's socket lies in the runtime folder the player is given.
+    // The compositor's socket lies in the runtime folder the player is given. Its desktop is
+    // one dark colour, without a panel: whatever else shows is the player's window.
     const QString runtime = sandbox.Root() + QStringLiteral("/run");
+    const QString ini = sandbox.Root() + QStringLiteral("/weston.ini");
+    QFile iniFile(ini);
+    ASSERT_TRUE(iniFile.open(QIODevice::WriteOnly));
+    iniFile.write("[core]\nidle-time=0\n[shell]\npanel-position=none\nbackground-color=0xff203040\nlocking=false\nanimation=none\nstartup-animation=none\n");
+    iniFile.close();
+    const QRgb desktop = qRgb(0x20, 0x30, 0x40);
     QProcess weston;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime);
-    env.insert(QStringLiteral("WAYLAND_DISPLAY"), QStringLiteral("orbel-test"));
     weston.setProcessEnvironment(env);
-    weston.setWorkingDirectory(sandbox.Root());
-    weston.start(QStringLiteral("weston"), { QStringLiteral("--backend=headless-backend.so"), QStringLiteral("--use-pixman"), QStringLiteral("--socket=orbel-test"), QStringLiteral("--width=1280"), QStringLiteral("--height=800"), QStringLiteral("--debug"), QStringLiteral("--idle-time=0") });
+    weston.setProcessChannelMode(QProcess::MergedChannels);
+    weston.start(QStringLiteral("weston"), { QStringLiteral("--backend=x11-backend.so"), QStringLiteral("--use-pixman"), QStringLiteral("--config=") + ini, QStringLiteral("--socket=orbel-test"), QStringLiteral("--width=1600"), QStringLiteral("--height=1000") });
     ASSERT_TRUE(weston.waitForStarted(5000));
-    ASSERT_TRUE(WaitUntil([&] { return QFile::exists(runtime + QStringLiteral("/orbel-test")); }, kWaitMs)) << "weston made no socket";
-    // A screenshot of the whole output, as the compositor composes it.
-    const QString shots = sandbox.Root() + QStringLiteral("/shots");
+    WaitUntil([&] { return QFile::exists(runtime + QStringLiteral("/orbel-test")) || weston.state() == QProcess::NotRunning; }, kWaitMs);
+    if (weston.state() == QProcess::NotRunning && weston.readAll().contains("x11-backend.so"))
+        GTEST_SKIP() << "weston has no X11 back end on this machine";
+    ASSERT_TRUE(QFile::exists(runtime + QStringLiteral("/orbel-test"))) << "weston made no socket";
+    QString strOutput;
+    ASSERT_TRUE(WaitUntil([&] { return XdoTool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--class"), QStringLiteral("^Weston Compositor$") }, &strOutput); }, kWaitMs))
+        << "no window of weston's; " << weston.readAll().toStdString();
+    const unsigned long output = strOutput.section(QLatin1Char('\n'), 0, 0).toULong();
+    const QPoint ptOutput = screen.Geometry(output).topLeft();
+    // What weston's window shows.
+    const QString shotPath = sandbox.Root() + QStringLiteral("/output.png");
     auto shoot = [&] {
-        QDir(shots).removeRecursively();
-        QDir().mkpath(shots);
-        QProcess shooter;
-        shooter.setProcessEnvironment(env);
-        shooter.setWorkingDirectory(shots);
-        shooter.start(QStringLiteral("weston-screenshooter"));
-        shooter.waitForFinished(10000);
-        const QStringList found = QDir(shots).entryList({ QStringLiteral("*.png") }, QDir::Files);
-        return found.isEmpty() ? QImage() : QImage(shots + QLatin1Char('/') + found.first());
+        QFile::remove(shotPath);
+        QProcess::execute(QStringLiteral("import"), { QStringLiteral("-window"), QString::number(output), shotPath });
+        return QImage(shotPath).convertToFormat(QImage::Format_RGB32);
     };
-    // The pixels in which two pictures of the output differ.
-    auto changed = [](const QImage& a, const QImage& b) {
-        int n = 0;
-        for (int y = 0; y < std::min(a.height(), b.height()); ++y)
-            for (int x = 0; x < std::min(a.width(), b.width()); ++x)
-                n += a.pixel(x, y) != b.pixel(x, y);
-        return n;
-    };
-    // Pixels of strong colour: the test picture's bars have them, the desktop's greys do not.
-    auto colourful = [](const QImage& shot) {
-        int n = 0;
+    // The player's window on the output: the rows and columns that are mostly not the desktop
+    // (weston's pointer is too small to count).
+    auto windowIn = [&](const QImage& shot) {
+        std::vector<int> rows(shot.height()), columns(shot.width());
         for (int y = 0; y < shot.height(); ++y) {
             for (int x = 0; x < shot.width(); ++x) {
+                const bool bOther = shot.pixel(x, y) != desktop;
+                rows[y] += bOther;
+                columns[x] += bOther;
+            }
+        }
+        const auto isWindow = [](int n) { return n > 100; };
+        const auto top = std::find_if(rows.begin(), rows.end(), isWindow);
+        const auto left = std::find_if(columns.begin(), columns.end(), isWindow);
+        if (top == rows.end())
+            return QRect();
+        const int nBottom = int(std::find_if(rows.rbegin(), rows.rend(), isWindow).base() - rows.begin());
+        const int nRight = int(std::find_if(columns.rbegin(), columns.rend(), isWindow).base() - columns.begin());
+        return QRect(QPoint(int(left - columns.begin()), int(top - rows.begin())), QPoint(nRight - 1, nBottom - 1));
+    };
+    // Pixels of strong colour in a rectangle of the shot: the test picture's bars have them,
+    // the desktop and the frame do not.
+    auto colourful = [](const QImage& shot, const QRect& rc) {
+        int n = 0;
+        for (int y = rc.top(); y <= rc.bottom(); ++y) {
+            for (int x = rc.left(); x <= rc.right(); ++x) {
                 const QRgb p = shot.pixel(x, y);
                 n += std::max({ qRed(p), qGreen(p), qBlue(p) }) - std::min({ qRed(p), qGreen(p), qBlue(p) }) > 150;
             }
         }
         return n;
     };
-    // The desktop as its shell draws it, before the player comes.
-    QImage desktop;
-    ASSERT_TRUE(WaitUntil([&] {
-        desktop = shoot();
-        return !desktop.isNull() && desktop.pixel(desktop.width() / 2, desktop.height() / 2) != qRgb(0, 0, 0);
-    },
-        kWaitMs))
-        << "weston-screenshooter gave no picture of the desktop";
+    // A press, a move by `by` in steps as a hand makes it, and a release.
+    auto drag = [&](QPoint ptAt, QPoint by) {
+        const QPoint pt = ptOutput + ptAt;
+        QStringList args { QStringLiteral("mousemove"), QString::number(pt.x()), QString::number(pt.y()), QStringLiteral("mousedown"), QStringLiteral("1") };
+        for (int i = 1; i <= 10; ++i)
+            args << QStringLiteral("sleep") << QStringLiteral("0.05") << QStringLiteral("mousemove") << QString::number(pt.x() + by.x() * i / 10) << QString::number(pt.y() + by.y() * i / 10);
+        args << QStringLiteral("sleep") << QStringLiteral("0.3") << QStringLiteral("mouseup") << QStringLiteral("1") << QStringLiteral("mousemove") << QString::number(ptOutput.x() + 2) << QString::number(ptOutput.y() + 2);
+        ASSERT_TRUE(XdoTool(args));
+    };
+    auto saveShot = [&](const QImage& shot, const QString& name) {
+        QDir().mkpath(QFileInfo(FailureShotPath(name)).path());
+        shot.save(FailureShotPath(name));
+        return FailureShotPath(name);
+    };
 
     sandbox.SetLauncher({ QStringLiteral("env"), QStringLiteral("QT_QPA_PLATFORM=wayland"), QStringLiteral("WAYLAND_DISPLAY=orbel-test") });
     QProcess* player = sandbox.Start({ first });
@@ -351,14 +442,32 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysHandsOffAndQuits)
     // The window is on the output, and the video surface shows the clip's coloured bars in it
     // (the 160 by 120 clip shows at twice its size).
     QImage shot;
-    EXPECT_TRUE(WaitUntil([&] {
+    QRect rcStart;
+    ASSERT_TRUE(WaitUntil([&] {
         shot = shoot();
-        return changed(shot, desktop) > 40000 && colourful(shot) > colourful(desktop) + 20000;
+        rcStart = windowIn(shot);
+        return colourful(shot, rcStart) > 20000;
     },
         kWaitMs))
-        << "no window or no picture on the output; " << qPrintable(FailureShotPath(QStringLiteral("wayland-player")));
-    QDir().mkpath(QFileInfo(FailureShotPath(QStringLiteral("wayland-player"))).path());
-    shot.save(FailureShotPath(QStringLiteral("wayland-player")));
+        << "no window or no picture on the output; " << qPrintable(saveShot(shot, QStringLiteral("wayland-player")));
+
+    // A drag on the title strip, toward the middle of the output (the compositor placed the
+    // window where it liked), moves the window and its picture by the drag's distance.
+    const QSize szOutput = shot.size();
+    const QPoint by(rcStart.center().x() < szOutput.width() / 2 ? 120 : -120, rcStart.center().y() < szOutput.height() / 2 ? 90 : -90);
+    drag(rcStart.topLeft() + QPoint(rcStart.width() / 2, 15), by);
+    const QRect rcMoved = rcStart.translated(by);
+    auto shows = [&](const QRect& rc) {
+        return WaitUntil([&] {
+            shot = shoot();
+            return windowIn(shot) == rc && colourful(shot, rc) > 20000 && colourful(shot, rc) == colourful(shot, shot.rect());
+        },
+            kWaitMs);
+    };
+    EXPECT_TRUE(shows(rcMoved)) << "the window is not where the drag took it; " << qPrintable(saveShot(shot, QStringLiteral("wayland-move")));
+    // A drag on the bottom right corner makes it larger by the drag's distance.
+    drag(rcMoved.bottomRight() - QPoint(2, 2), QPoint(100, 80));
+    EXPECT_TRUE(shows(rcMoved.adjusted(0, 0, 100, 80))) << "the window did not grow with the drag; " << qPrintable(saveShot(shot, QStringLiteral("wayland-resize")));
 
     // A later start hands its file to the running player and ends.
     QProcess* later = sandbox.Start({ second });
@@ -366,7 +475,7 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysHandsOffAndQuits)
     EXPECT_EQ(later->exitCode(), 0);
     EXPECT_TRUE(WaitUntil([&] { return Ctl({ QStringLiteral("metadata"), QStringLiteral("xesam:title") }) == NameOf(second); }, kWaitMs));
 
-    QDBusConnection(kBusName).call(QDBusMessage::createMethodCall(kMpris, QStringLiteral("/org/mpris/MediaPlayer2"), QStringLiteral("org.mpris.MediaPlayer2"), QStringLiteral("Quit")));
+    CallRoot(QStringLiteral("Quit"));
     ASSERT_TRUE(PlayerSandbox::WaitForEnd(player, kWaitMs));
     EXPECT_EQ(player->exitCode(), 0);
     weston.terminate();

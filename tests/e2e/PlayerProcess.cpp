@@ -295,6 +295,17 @@ QString ScreenProbe::WindowName(unsigned long window) const
     return QString::fromUtf8(xdotool.readAllStandardOutput()).trimmed();
 }
 
+bool XdoTool(const QStringList& args, QString* pOut)
+{
+    QProcess p;
+    p.start(QStringLiteral("xdotool"), args);
+    if (!p.waitForFinished(10000) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
+        return false;
+    if (pOut)
+        *pOut = QString::fromUtf8(p.readAllStandardOutput()).trimmed();
+    return true;
+}
+
 bool IsRed(const QColor& c)
 {
     return c.red() > 150 && c.green() < 90 && c.blue() < 90;

@@ -123,6 +123,9 @@ bool IsRed(const QColor& c);
 bool IsGreen(const QColor& c);
 bool IsBlue(const QColor& c);
 
+// Runs xdotool; true when it succeeded, with what it printed (trimmed) in *pOut.
+bool XdoTool(const QStringList& args, QString* pOut = nullptr);
+
 // Runs the event loop until pred holds or the time is up.
 bool WaitUntil(const std::function<bool()>& pred, int nTimeoutMs);
 

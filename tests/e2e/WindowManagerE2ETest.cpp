@@ -18,18 +18,6 @@ namespace {
 
 constexpr int kWaitMs = 30000;
 
-// Runs xdotool; true when it succeeded, with what it printed (trimmed) in *pOut.
-bool XdoTool(const QStringList& args, QString* pOut = nullptr)
-{
-    QProcess p;
-    p.start(QStringLiteral("xdotool"), args);
-    if (!p.waitForFinished(10000) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
-        return false;
-    if (pOut)
-        *pOut = QString::fromUtf8(p.readAllStandardOutput()).trimmed();
-    return true;
-}
-
 // The first 32-bit item of a window's property (the root window's for window 0), or -1 when
 // the window has no such property.
 long Property32(unsigned long window, const char* pszName, const char* pszType)
