@@ -379,7 +379,12 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysMovesResizesHandsOffAndQuits)
     ASSERT_TRUE(WaitUntil([&] { return XdoTool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--class"), QStringLiteral("^Weston Compositor$") }, &strOutput); }, kWaitMs))
         << "no window of weston's; " << weston.readAll().toStdString();
     const unsigned long output = strOutput.section(QLatin1Char('\n'), 0, 0).toULong();
-    const QPoint ptOutput = screen.Geometry(output).topLeft();
+    const QRect rcOutput = screen.Geometry(output);
+    const QPoint ptOutput = rcOutput.topLeft();
+    // The pointer comes onto weston's window from outside, as a hand brings it: weston takes
+    // the pointer as its own only when it enters.
+    ASSERT_TRUE(XdoTool({ QStringLiteral("mousemove"), QString::number(rcOutput.right() + 20), QString::number(rcOutput.bottom() + 20), QStringLiteral("sleep"), QStringLiteral("0.1"),
+        QStringLiteral("mousemove"), QString::number(ptOutput.x() + 2), QString::number(ptOutput.y() + 2) }));
     // What weston's window shows.
     const QString shotPath = sandbox.Root() + QStringLiteral("/output.png");
     auto shoot = [&] {
@@ -428,10 +433,12 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysMovesResizesHandsOffAndQuits)
         args << QStringLiteral("sleep") << QStringLiteral("0.3") << QStringLiteral("mouseup") << QStringLiteral("1") << QStringLiteral("mousemove") << QString::number(ptOutput.x() + 2) << QString::number(ptOutput.y() + 2);
         ASSERT_TRUE(XdoTool(args));
     };
-    auto saveShot = [&](const QImage& shot, const QString& name) {
+    // The report of a failed check: where the window is, and where the shot of it was saved.
+    auto report = [&](const QImage& shot, const QString& name) {
         QDir().mkpath(QFileInfo(FailureShotPath(name)).path());
         shot.save(FailureShotPath(name));
-        return FailureShotPath(name);
+        const QRect rc = windowIn(shot);
+        return QStringLiteral("window at %1,%2 size %3x%4; %5").arg(rc.x()).arg(rc.y()).arg(rc.width()).arg(rc.height()).arg(FailureShotPath(name));
     };
 
     sandbox.SetLauncher({ QStringLiteral("env"), QStringLiteral("QT_QPA_PLATFORM=wayland"), QStringLiteral("WAYLAND_DISPLAY=orbel-test") });
@@ -449,7 +456,7 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysMovesResizesHandsOffAndQuits)
         return colourful(shot, rcStart) > 20000;
     },
         kWaitMs))
-        << "no window or no picture on the output; " << qPrintable(saveShot(shot, QStringLiteral("wayland-player")));
+        << "no window or no picture on the output; " << qPrintable(report(shot, QStringLiteral("wayland-player")));
 
     // A drag on the title strip, toward the middle of the output (the compositor placed the
     // window where it liked), moves the window and its picture by the drag's distance.
@@ -464,10 +471,10 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysMovesResizesHandsOffAndQuits)
         },
             kWaitMs);
     };
-    EXPECT_TRUE(shows(rcMoved)) << "the window is not where the drag took it; " << qPrintable(saveShot(shot, QStringLiteral("wayland-move")));
+    EXPECT_TRUE(shows(rcMoved)) << "the window is not where the drag took it, from " << rcStart.x() << "," << rcStart.y() << " by " << by.x() << "," << by.y() << "; " << qPrintable(report(shot, QStringLiteral("wayland-move")));
     // A drag on the bottom right corner makes it larger by the drag's distance.
     drag(rcMoved.bottomRight() - QPoint(2, 2), QPoint(100, 80));
-    EXPECT_TRUE(shows(rcMoved.adjusted(0, 0, 100, 80))) << "the window did not grow with the drag; " << qPrintable(saveShot(shot, QStringLiteral("wayland-resize")));
+    EXPECT_TRUE(shows(rcMoved.adjusted(0, 0, 100, 80))) << "the window did not grow with the drag; " << qPrintable(report(shot, QStringLiteral("wayland-resize")));
 
     // A later start hands its file to the running player and ends.
     QProcess* later = sandbox.Start({ second });
