@@ -475,6 +475,7 @@ TEST_F(DesktopE2ETest, WaylandSessionShowsPlaysMovesResizesHandsOffAndQuits)
     // A drag on the bottom right corner makes it larger by the drag's distance.
     drag(rcMoved.bottomRight() - QPoint(2, 2), QPoint(100, 80));
     EXPECT_TRUE(shows(rcMoved.adjusted(0, 0, 100, 80))) << "the window did not grow with the drag; " << qPrintable(report(shot, QStringLiteral("wayland-resize")));
+    report(shot, QStringLiteral("wayland-player"));
 
     // A later start hands its file to the running player and ends.
     QProcess* later = sandbox.Start({ second });
