@@ -470,8 +470,18 @@ bool CQKHostWnd::IsZoomed() const
 
 void CQKHostWnd::ShowFullScreen()
 {
+    // QWidget::showFullScreen would drop the maximised state, and a window manager then puts
+    // the window back to its size from before it was maximised.
+    if (!pWidget)
+        return;
+    pWidget->setWindowState((pWidget->windowState() & ~Qt::WindowMinimized) | Qt::WindowFullScreen);
+    pWidget->show();
+}
+
+void CQKHostWnd::EndFullScreen()
+{
     if (pWidget)
-        pWidget->showFullScreen();
+        pWidget->setWindowState(pWidget->windowState() & ~Qt::WindowFullScreen);
 }
 
 void CQKHostWnd::ShowNormal()

@@ -40,7 +40,9 @@ void CQKPlayerDlg::ResizeToVideo(double dScale)
     const QRect rcNew = QKVideoLayout::FitWindowToVideo(wr, m_nVideoWidth, m_nVideoHeight, dScale, GetScreenRect(), &szVideo);
     m_rcVideo.setSize(szVideo);
     if (m_bMaximized) {
+        // The size command takes the window out of maximised without going back.
         m_bMaximized = 0;
+        m_rcRestore = QRect();
         SetMaximizeFaces();
     }
     if (m_bFullScreen) {
