@@ -344,4 +344,8 @@ private:
     std::vector<tagQKAccel> vecAccel;
     class QEventLoop* pModalLoop { nullptr };
     int nModalResult { 0 };
+    // The window was maximised when it went full screen. Some window managers (openbox) drop
+    // the maximised state while a window is in full screen and give it back afterwards, so
+    // the widget's own state cannot be trusted to remember it.
+    bool bMaximizedUnderFull { false };
 };

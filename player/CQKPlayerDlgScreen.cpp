@@ -72,16 +72,15 @@ void CQKPlayerDlg::OnFullScreen()
     // it takes full screen and after it has left it. A window that the window manager
     // maximised is not moved at all: it stays maximised under full screen, and the window
     // manager puts it back where it stood.
-    const bool bPlace = CanPlaceWindows() && !IsZoomed();
     if (m_bFullScreen) {
-        if (bPlace)
+        if (CanPlaceWindows() && !IsZoomed())
             MoveWindow(GetScreenRect(), true);
         ShowFullScreen();
     } else {
         // The bars go at once; a fade that runs ends by itself, unseen.
         HideBars();
         EndFullScreen();
-        if (bPlace)
+        if (CanPlaceWindows() && !IsZoomed())
             MoveWindow(s_rcSaved, true);
         else
             InvalidateRect();

@@ -37,7 +37,7 @@ void CQKPlayerDlg::ResizeToVideo(double dScale)
         bRatioChanged = true;
     }
     QSize szVideo;
-    const QRect rcNew = QKVideoLayout::FitWindowToVideo(wr, m_nVideoWidth, m_nVideoHeight, dScale, GetScreenRect(), &szVideo);
+    const QRect rcNew = QKVideoLayout::FitWindowToVideo(wr, m_nVideoWidth, m_nVideoHeight, dScale, GetWorkArea(), &szVideo);
     m_rcVideo.setSize(szVideo);
     if (m_bMaximized) {
         // The size command takes the window out of maximised without going back.
