@@ -12,8 +12,10 @@
 #include <QPainter>
 #include <QScreen>
 #include <QWindow>
+
 #include <mutex>
 #include <unordered_set>
+#include <utility>
 
 // Hosts with a window. PostMessage may come from any thread, so the set and the posting
 // share one lock: a host cannot lose its window between the check and the post.
@@ -470,14 +472,34 @@ bool CQKHostWnd::IsZoomed() const
 
 void CQKHostWnd::ShowFullScreen()
 {
-    if (pWidget)
-        pWidget->showFullScreen();
+    // QWidget::showFullScreen would drop the maximised state, and a window manager then puts
+    // the window back to its size from before it was maximised.
+    if (!pWidget || (pWidget->windowState() & Qt::WindowFullScreen))
+        return;
+    bMaximizedUnderFull = (pWidget->windowState() & Qt::WindowMaximized) != 0;
+    pWidget->setWindowState((pWidget->windowState() & ~Qt::WindowMinimized) | Qt::WindowFullScreen);
+    pWidget->show();
+}
+
+void CQKHostWnd::EndFullScreen()
+{
+    if (!pWidget)
+        return;
+    Qt::WindowStates states = pWidget->windowState() & ~Qt::WindowFullScreen;
+    if (std::exchange(bMaximizedUnderFull, false))
+        states |= Qt::WindowMaximized;
+    pWidget->setWindowState(states);
 }
 
 void CQKHostWnd::ShowNormal()
 {
-    if (pWidget)
-        pWidget->showNormal();
+    if (!pWidget)
+        return;
+    // A window maximised under full screen goes back through maximised, so that a window
+    // manager that gives the maximised state back when full screen ends also takes it away.
+    if (std::exchange(bMaximizedUnderFull, false) && (pWidget->windowState() & Qt::WindowFullScreen))
+        pWidget->setWindowState(Qt::WindowMaximized);
+    pWidget->showNormal();
 }
 
 bool CQKHostWnd::IsFullScreen() const

@@ -197,8 +197,12 @@ public:
     void SetForegroundWindow();
     bool IsIconic() const;
     bool IsZoomed() const;
+    // Full screen on top of the window's other states: a window that the window manager
+    // maximised stays maximised underneath and comes back so when full screen ends.
     void ShowFullScreen();
-    // Leaves full screen (and maximised) for the normal state.
+    // Leaves full screen only, back to the state underneath (normal or maximised).
+    void EndFullScreen();
+    // Leaves full screen and maximised for the normal state.
     void ShowNormal();
     bool IsFullScreen() const;
     // Turns "stays on top" on or off without moving, resizing or hiding the window for good.
@@ -220,6 +224,7 @@ public:
     QRect GetClientRect() const;
     // The window's rectangle in screen pixels.
     QRect GetWindowRect() const;
+    // A window that is moved leaves the window system's full-screen and maximised states.
     void MoveWindow(int x, int y, int w, int h, bool bRepaint = true);
     void MoveWindow(const QRect& rc, bool bRepaint = true);
     QPoint ClientToScreen(QPoint pt) const;
@@ -339,4 +344,8 @@ private:
     std::vector<tagQKAccel> vecAccel;
     class QEventLoop* pModalLoop { nullptr };
     int nModalResult { 0 };
+    // The window was maximised when it went full screen. Some window managers (openbox) drop
+    // the maximised state while a window is in full screen and give it back afterwards, so
+    // the widget's own state cannot be trusted to remember it.
+    bool bMaximizedUnderFull { false };
 };

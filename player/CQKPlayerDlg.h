@@ -308,7 +308,8 @@ public:
     int32_t m_bTitleDrag { 0 };
     int32_t m_bMovingSelf { 0 };
     QPoint m_ptMoveGrab;
-    // Where the window stood before it was maximised.
+    // Where the window stood before the program maximised it; empty when the window manager
+    // maximised a normal window (it keeps that rectangle itself).
     QRect m_rcRestore;
     // The panel's pictures, among them the audio-only note.
     CQKPlayerFaces m_faces;

@@ -273,11 +273,11 @@ intptr_t CQKPlayerDlg::OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lP
         MoveWindow(GetWorkArea(), true);
         SetMaximizeFaces();
         return 0;
-    case SC_RESTORE:
+    case SC_RESTORE: {
         if (IsIconic()) {
             // Back from the taskbar: a maximised window comes back to the work area.
             CQKUIHostWnd::OnMessage(WM_SYSCOMMAND, wParam, lParam);
-            if (m_bMaximized && CanPlaceWindows())
+            if (m_bMaximized && CanPlaceWindows() && !IsZoomed())
                 MoveWindow(GetWorkArea(), true);
             return 0;
         }
@@ -285,11 +285,20 @@ intptr_t CQKPlayerDlg::OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lP
             return 0;
         m_bMaximized = 0;
         SetMaximizeFaces();
-        // The window manager's own maximise goes back the window manager's way.
-        if (!CanPlaceWindows() || IsZoomed())
+        if (!CanPlaceWindows())
             return CQKUIHostWnd::OnMessage(WM_SYSCOMMAND, wParam, lParam);
-        if (m_rcRestore.isValid()) {
-            MoveWindow(m_rcRestore, true);
+        const QRect rcRestore = std::exchange(m_rcRestore, QRect());
+        if (IsZoomed()) {
+            // The window manager's own maximise goes back the window manager's way. When the
+            // program had maximised the window before, the window manager's idea of where it
+            // stood is the program's maximised rectangle, so the program puts it back itself.
+            CQKUIHostWnd::OnMessage(WM_SYSCOMMAND, wParam, lParam);
+            if (rcRestore.isValid())
+                MoveWindow(rcRestore, true);
+            return 0;
+        }
+        if (rcRestore.isValid()) {
+            MoveWindow(rcRestore, true);
         } else {
             // Maximised before the program knew where the window stood: the start size,
             // centred in the free area.
@@ -297,6 +306,7 @@ intptr_t CQKPlayerDlg::OnSysCommand(uint32_t nCmd, uintptr_t wParam, intptr_t lP
             MoveWindow(work.x() + (work.width() - kStartWidth) / 2, work.y() + (work.height() - kStartHeight) / 2, kStartWidth, kStartHeight, true);
         }
         return 0;
+    }
     default:
         return CQKUIHostWnd::OnMessage(WM_SYSCOMMAND, wParam, lParam);
     }

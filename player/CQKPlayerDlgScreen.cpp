@@ -68,15 +68,19 @@ void CQKPlayerDlg::OnFullScreen()
     m_bFullScreen = !m_bFullScreen;
     SetFullScreenFace();
     ShowPanelControls(!m_bFullScreen);
+    // A window that the program moves leaves the window system's states, so it moves before
+    // it takes full screen and after it has left it. A window that the window manager
+    // maximised is not moved at all: it stays maximised under full screen, and the window
+    // manager puts it back where it stood.
     if (m_bFullScreen) {
-        ShowFullScreen();
-        if (CanPlaceWindows())
+        if (CanPlaceWindows() && !IsZoomed())
             MoveWindow(GetScreenRect(), true);
+        ShowFullScreen();
     } else {
         // The bars go at once; a fade that runs ends by itself, unseen.
         HideBars();
-        ShowNormal();
-        if (CanPlaceWindows())
+        EndFullScreen();
+        if (CanPlaceWindows() && !IsZoomed())
             MoveWindow(s_rcSaved, true);
         else
             InvalidateRect();
@@ -165,12 +169,19 @@ void CQKPlayerDlg::OnWindowStateChange(uint32_t nOldState, uint32_t nNewState)
         return;
     if (nGained & QKWS_MAXIMIZED) {
         // The window manager maximised the window to the screen's free area; the window keeps
-        // that state and gives it back to the window manager on restore.
+        // that state and gives it back to the window manager on restore. Only a window that
+        // the program had maximised already keeps its own rectangle to go back to.
+        if (!m_bMaximized)
+            m_rcRestore = QRect();
         m_bMaximized = 1;
         SetMaximizeFaces();
     } else if ((nLost & QKWS_MAXIMIZED) && !(nNewState & QKWS_MINIMIZED)) {
         m_bMaximized = 0;
         SetMaximizeFaces();
+        // The window manager put the window back to the program's maximised rectangle; the
+        // program takes it on to where it stood before.
+        if (const QRect rcRestore = std::exchange(m_rcRestore, QRect()); rcRestore.isValid() && CanPlaceWindows())
+            MoveWindow(rcRestore, true);
     } else if ((nLost & QKWS_MINIMIZED) && m_bMaximized && !IsZoomed() && CanPlaceWindows()) {
         // Back from the taskbar, a window maximised by the program fills the free area again.
         MoveWindow(GetWorkArea(), true);

@@ -37,10 +37,12 @@ void CQKPlayerDlg::ResizeToVideo(double dScale)
         bRatioChanged = true;
     }
     QSize szVideo;
-    const QRect rcNew = QKVideoLayout::FitWindowToVideo(wr, m_nVideoWidth, m_nVideoHeight, dScale, GetScreenRect(), &szVideo);
+    const QRect rcNew = QKVideoLayout::FitWindowToVideo(wr, m_nVideoWidth, m_nVideoHeight, dScale, GetWorkArea(), &szVideo);
     m_rcVideo.setSize(szVideo);
     if (m_bMaximized) {
+        // The size command takes the window out of maximised without going back.
         m_bMaximized = 0;
+        m_rcRestore = QRect();
         SetMaximizeFaces();
     }
     if (m_bFullScreen) {

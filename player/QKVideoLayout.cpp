@@ -57,7 +57,7 @@ QRect PlacePicture(const QRect& rcVideo, int32_t nMode, int32_t nWidth, int32_t 
     return QRect(rcVideo.left() + (rcVideo.width() - w) / 2, rcVideo.top() + (rcVideo.height() - h) / 2, w, h);
 }
 
-QRect FitWindowToVideo(const QRect& rcWindow, int32_t nWidth, int32_t nHeight, double dScale, const QRect& rcScreen, QSize* pszVideo)
+QRect FitWindowToVideo(const QRect& rcWindow, int32_t nWidth, int32_t nHeight, double dScale, const QRect& rcFree, QSize* pszVideo)
 {
     const int nVideoW = std::max(static_cast<int>(nWidth * dScale), kMinVideoWidth);
     const int nVideoH = std::max(static_cast<int>(nHeight * dScale), kMinVideoHeight);
@@ -65,10 +65,10 @@ QRect FitWindowToVideo(const QRect& rcWindow, int32_t nWidth, int32_t nHeight, d
         *pszVideo = QSize(nVideoW, nVideoH);
     const int nw = nVideoW + 2 * kSideMargin;
     const int nh = nVideoH + kOutsideHeight;
-    int x = std::max(rcWindow.left() + (rcWindow.width() - nw) / 2, rcScreen.left());
-    int y = std::max(rcWindow.top() + (rcWindow.height() - nh) / 2, rcScreen.top());
-    x = std::min(x, rcScreen.left() + rcScreen.width() - kOffScreenGuard);
-    y = std::min(y, rcScreen.top() + rcScreen.height() - kOffScreenGuard);
+    int x = std::max(rcWindow.left() + (rcWindow.width() - nw) / 2, rcFree.left());
+    int y = std::max(rcWindow.top() + (rcWindow.height() - nh) / 2, rcFree.top());
+    x = std::min(x, rcFree.left() + rcFree.width() - kOffScreenGuard);
+    y = std::min(y, rcFree.top() + rcFree.height() - kOffScreenGuard);
     return QRect(x, y, nw, nh);
 }
 

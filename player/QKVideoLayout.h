@@ -30,9 +30,9 @@ QRect PlacePicture(const QRect& rcVideo, int32_t nMode, int32_t nWidth, int32_t 
 
 // The window for a video of nWidth by nHeight at dScale: the video area is the scaled size
 // (cut toward zero, at least 320 by 240) plus the frame, placed on the centre of rcWindow but
-// not left of or above the screen's corner, and with its corner at least 50 pixels inside the
-// screen's right and bottom edges; it may be larger than the screen. pszVideo receives the
-// size of the video area.
-QRect FitWindowToVideo(const QRect& rcWindow, int32_t nWidth, int32_t nHeight, double dScale, const QRect& rcScreen, QSize* pszVideo = nullptr);
+// not left of or above the corner of rcFree (the screen less the desktop's panels), and with
+// its corner at least 50 pixels inside rcFree's right and bottom edges; it may be larger than
+// the screen. pszVideo receives the size of the video area.
+QRect FitWindowToVideo(const QRect& rcWindow, int32_t nWidth, int32_t nHeight, double dScale, const QRect& rcFree, QSize* pszVideo = nullptr);
 
 } // namespace QKVideoLayout

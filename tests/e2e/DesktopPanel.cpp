@@ -4,6 +4,8 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/Xfixes.h>
 
+#include <algorithm>
+
 namespace orbeltest {
 
 DesktopPanel::DesktopPanel(int nHeight)
@@ -52,6 +54,12 @@ void DesktopPanel::AskToMaximise(unsigned long target) const
 {
     // Add both maximised states; the request comes from an application (source 1).
     x11.SendClientMessage(target, "_NET_WM_STATE", { 1, static_cast<long>(XInternAtom(x11.Connection(), "_NET_WM_STATE_MAXIMIZED_VERT", False)), static_cast<long>(XInternAtom(x11.Connection(), "_NET_WM_STATE_MAXIMIZED_HORZ", False)), 1 }, true);
+}
+
+bool DesktopPanel::InState(unsigned long target, const char* pszState) const
+{
+    const std::vector<long> states = x11.Property32Items(target, "_NET_WM_STATE", "ATOM", 16);
+    return x11.Connection() && std::find(states.begin(), states.end(), static_cast<long>(XInternAtom(x11.Connection(), pszState, False))) != states.end();
 }
 
 } // namespace orbeltest

@@ -23,6 +23,8 @@ public:
     bool CursorShows() const;
     // Asks the window manager to maximise a window, as the desktop's own command does.
     void AskToMaximise(unsigned long target) const;
+    // The window manager shows the window in this state ("_NET_WM_STATE_FULLSCREEN", ...).
+    bool InState(unsigned long target, const char* pszState) const;
 
 private:
     X11Screen x11;

@@ -309,6 +309,14 @@ TEST_F(HostWndTest, ShowCommandsAndStates)
     EXPECT_FALSE(host.IsFullScreen());
     host.SendMessage(WM_SYSCOMMAND, SC_MAXIMIZE, 0);
     EXPECT_TRUE(host.IsZoomed());
+    // Full screen over a maximised window ends maximised, or normal when asked for that.
+    host.ShowFullScreen();
+    host.EndFullScreen();
+    EXPECT_TRUE(host.IsZoomed() && !host.IsFullScreen());
+    host.ShowFullScreen();
+    host.ShowNormal();
+    EXPECT_FALSE(host.IsZoomed() || host.IsFullScreen());
+    host.SendMessage(WM_SYSCOMMAND, SC_MAXIMIZE, 0);
     host.SendMessage(WM_SYSCOMMAND, SC_RESTORE, 0);
     EXPECT_FALSE(host.IsZoomed());
     host.SetWindowAlpha(128);
