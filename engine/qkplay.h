@@ -158,6 +158,25 @@ QKPLAY_API int qkplaydll_Play(const char* path, qkplay_video* video, qkplay_noti
     intptr_t nReserved4, int bAudioOnly);
 
 /*
+ * Prepares the playback of a file that is about to be played, in the background: the media
+ * engine is created, the file is probed (a later qkplaydll_GetMediaInfoEx of the same file
+ * takes that answer instead of probing again) and opened paused, so that its sound output and
+ * decoders are ready. A qkplaydll_Play of the same file, with the same video target and
+ * audio-only flag, then starts from there; a Play of another file replaces the prepared one.
+ * Nothing of the prepared file is seen or heard before that Play.
+ *
+ * path: the file name in UTF-8, as for qkplaydll_Play; null discards what was prepared (the
+ *     file is closed, a probe or opening still under way is cut short).
+ *
+ * Ignored while a playback runs (it is never replaced by a prepared file) and for a name that
+ * qkplaydll_Play would refuse. A second call replaces the first one's file.
+ *
+ * Thread: any; never waits for the preparation, which runs on a thread of the library. The
+ * library ends that thread itself, also when the process exits with a file still prepared.
+ */
+QKPLAY_API void qkplay_prepare(const char* path);
+
+/*
  * Ends the current playback: a blocked qkplaydll_Play returns promptly, in every state
  * (loading, playing, paused, seeking, at the end). Does nothing when nothing plays.
  * Thread: any; does not wait for the play thread.

@@ -50,6 +50,8 @@ public:
     // Reads the start-up list into the queue of dlg and starts its first playable entry.
     // A list that cannot be read changes nothing.
     void ReadStartupFiles(CQKPlayerDlg& dlg);
+    // The first entry of the list this start wrote; empty when it wrote none.
+    QString FirstOwnFile() const { return m_bOwnFilesWritten && !m_arrOwnFiles.isEmpty() ? m_arrOwnFiles.first() : QString(); }
 
     void LoadPlayerOptions();
     void SavePlayerOptions();

@@ -112,6 +112,8 @@ void CQKPlayerDlg::OnInitDialog()
     qkplaydll_SetVolume(QKPlayerOptions::dVolumeScale / 100.0);
     SetTimer(QKTIMER_CURSOR, 100);
     SetTimer(QKTIMER_STARTUP, 100);
+    // The list is acted on when the timer fires; its first file is readied meanwhile.
+    m_preparedStart.Begin(theApp.FirstOwnFile());
 }
 
 intptr_t CQKPlayerDlg::OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam)
@@ -233,7 +235,12 @@ void CQKPlayerDlg::OnTimer(uint32_t nID)
     case QKTIMER_STARTUP:
         // A one-shot: the list is read once per start and once per wake-up.
         KillTimer(QKTIMER_STARTUP);
+        // A player on its way out reads no list: a start waiting on it gets no answer and
+        // runs a window of its own once this one has ended.
+        if (m_bClosing)
+            break;
         theApp.ReadStartupFiles(*this);
+        m_preparedStart.End(m_hPlayThread != nullptr);
         break;
     default:
         break;
@@ -263,6 +270,7 @@ void CQKPlayerDlg::OnCancel()
 {
     // A close that comes while the context menu is open (a logout) closes the menu first.
     CQKMenuManager::EndMenuTracking();
+    m_bClosing = true;
     m_nModalResult = static_cast<int>(QKCMD_CLOSE);
     EndModal(m_nModalResult);
 }
@@ -271,6 +279,9 @@ void CQKPlayerDlg::OnDestroy()
 {
     // The engine stops and its thread is joined before anything of the window goes.
     // Timer 4 is left alone: it dies with the window.
+    m_bClosing = true;
+    // A file readied for the start and not played is closed without waiting.
+    m_preparedStart.End(false);
     KillTimer(QKTIMER_POSITION);
     KillTimer(QKTIMER_BARS);
     KillTimer(QKTIMER_CURSOR);
