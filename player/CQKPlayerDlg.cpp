@@ -112,8 +112,6 @@ void CQKPlayerDlg::OnInitDialog()
     qkplaydll_SetVolume(QKPlayerOptions::dVolumeScale / 100.0);
     SetTimer(QKTIMER_CURSOR, 100);
     SetTimer(QKTIMER_STARTUP, 100);
-    // The list is acted on when the timer fires; its first file is readied meanwhile.
-    m_preparedStart.Begin(theApp.FirstOwnFile());
 }
 
 intptr_t CQKPlayerDlg::OnMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam)
@@ -240,7 +238,7 @@ void CQKPlayerDlg::OnTimer(uint32_t nID)
         if (m_bClosing)
             break;
         theApp.ReadStartupFiles(*this);
-        m_preparedStart.End(m_hPlayThread != nullptr);
+        theApp.GetPreparedStart().End(m_hPlayThread != nullptr);
         break;
     default:
         break;
@@ -281,7 +279,7 @@ void CQKPlayerDlg::OnDestroy()
     // Timer 4 is left alone: it dies with the window.
     m_bClosing = true;
     // A file readied for the start and not played is closed without waiting.
-    m_preparedStart.End(false);
+    theApp.GetPreparedStart().End(false);
     KillTimer(QKTIMER_POSITION);
     KillTimer(QKTIMER_BARS);
     KillTimer(QKTIMER_CURSOR);

@@ -28,7 +28,6 @@
 #include "engine/qkplay.h"
 #include "platform/CQKTaskbarList.h"
 #include "player/CQKPlayerFaces.h"
-#include "player/CQKPreparedStart.h"
 #include "toolkit/CQKUIHostWnd.h"
 
 #include <QByteArray>
@@ -328,8 +327,6 @@ private:
     std::atomic<bool> m_bPlayThreadDone { true };
     qkplay_notify m_notify { &CQKPlayerDlg::PostFromEngine, this };
     int m_nModalResult { 0 };
-    // The first file of the start, readied while the window comes up.
-    CQKPreparedStart m_preparedStart;
     // Set once the window's loop is asked to end: from then on no start-up list is read.
     bool m_bClosing { false };
 };
