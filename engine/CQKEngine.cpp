@@ -34,10 +34,6 @@ const char* const kOptions[][2] = {
     { "keep-open", "no" },
     { "audio-fallback-to-null", "yes" },
     { "audio-client-name", "Orbel Player" },
-    // A frame is handed to the video surface when it is due, not some time before it: the
-    // surface draws on the GUI thread, which must not sleep in the render call until the
-    // frame's time (see RenderVideo).
-    { "video-timing-offset", "0" },
 };
 
 void SetAsyncString(mpv_handle* pMpv, const char* pszName, const std::string& strValue)
@@ -669,14 +665,9 @@ bool CQKEngine::RenderVideo(qkplay_video* pVideo, int nFbo, int nWidth, int nHei
     auto* pContext = static_cast<mpv_render_context*>(pVideo->priv);
     mpv_opengl_fbo fbo { nFbo, nWidth, nHeight, 0 };
     int nFlipY = 1;
-    // By default the render call waits until the frame is due. It runs on the GUI thread,
-    // which would then sleep for up to the whole timing offset on every frame, with clicks,
-    // keys and a close request waiting behind it; frames come when due anyway (options).
-    int nNoWait = 0;
     mpv_render_param params[] = {
         { MPV_RENDER_PARAM_OPENGL_FBO, &fbo },
         { MPV_RENDER_PARAM_FLIP_Y, &nFlipY },
-        { MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &nNoWait },
         { MPV_RENDER_PARAM_INVALID, nullptr },
     };
     return mpv_render_context_render(pContext, params) >= 0;

@@ -268,7 +268,6 @@ void CQKPlayerDlg::OnCancel()
 {
     // A close that comes while the context menu is open (a logout) closes the menu first.
     CQKMenuManager::EndMenuTracking();
-    m_bClosing = true;
     m_nModalResult = static_cast<int>(QKCMD_CLOSE);
     EndModal(m_nModalResult);
 }
