@@ -665,9 +665,19 @@ bool CQKEngine::RenderVideo(qkplay_video* pVideo, int nFbo, int nWidth, int nHei
     auto* pContext = static_cast<mpv_render_context*>(pVideo->priv);
     mpv_opengl_fbo fbo { nFbo, nWidth, nHeight, 0 };
     int nFlipY = 1;
+    // A frame drawn while a stop is under way is only taken off the engine, so that it lets
+    // go (the surface's thread waits for the play thread meanwhile): it need not wait for its
+    // time.
+    int nWaitForTime = 1;
+    {
+        std::lock_guard lk(mtx);
+        if (!bActive || bStopRequested || bEnded)
+            nWaitForTime = 0;
+    }
     mpv_render_param params[] = {
         { MPV_RENDER_PARAM_OPENGL_FBO, &fbo },
         { MPV_RENDER_PARAM_FLIP_Y, &nFlipY },
+        { MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &nWaitForTime },
         { MPV_RENDER_PARAM_INVALID, nullptr },
     };
     return mpv_render_context_render(pContext, params) >= 0;

@@ -260,8 +260,9 @@ void CQKPlayerDlg::OnPaintBackground(CQKGraphics* pGraphics)
 
 void CQKPlayerDlg::OnClose()
 {
-    // The system's close goes the way of the close command.
-    PostMessage(WM_COMMAND, QKCMD_CLOSE, 0);
+    // The system's close goes the way of the close command, at once: a message posted now
+    // would wait behind every frame already queued for the video surface.
+    SendMessage(WM_COMMAND, QKCMD_CLOSE, 0);
 }
 
 void CQKPlayerDlg::OnCancel()
