@@ -31,7 +31,7 @@
  * --------
  *
  * Nothing needs to be set up. The library's media engine (one libmpv instance) is created on
- * first need, that is by the first qkplaydll_Play or qkplay_video_attach, and lives until the
+ * first need, that is by the first qkplaydll_Play, qkplay_video_attach or qkplay_prepare, and lives until the
  * process exits. Volume, mute and colour offsets set before that are kept and are in force
  * from the first file on; they stay across files.
  *
@@ -120,7 +120,9 @@ typedef struct qkplay_video
  *
  * Result: non-zero when the file can be played (it has a video or sound stream that can be
  * decoded), else 0 with the outputs untouched. A missing file, a folder, an empty, truncated
- * or foreign file gives 0 without delay. Any output pointer may be null.
+ * or foreign file gives 0 without delay, and so does a file that the demuxers recognise only
+ * barely (a program, a text file, which some raw format would take for a stream). Any output
+ * pointer may be null.
  *
  * Thread: any; callable before any other operation and while another file plays.
  */
