@@ -183,6 +183,8 @@ struct Player
     bool bOwnCopy { false };
     // Ours in full screen: its key (F2) is typed once the first picture is on the screen.
     bool bFullScreenKey { false };
+    // Measured in the playing runs only (the full-screen keys: they start as their window).
+    bool bPlayOnly { false };
     bool bOtherUser { false };
     uid_t uid { 0 };
     gid_t gid { 0 };
@@ -759,8 +761,10 @@ std::vector<Player> FindPlayers(const Options& opt)
                 continue;
             }
             p.strName = bBase ? "Orbel Player, base build" : "Orbel Player";
-            if (p.bFullScreenKey)
+            if (p.bFullScreenKey) {
                 p.strName += ", full screen";
+                p.bPlayOnly = true;
+            }
             p.strAppDir = bBase ? opt.strBaseDir : opt.strAppDir;
             p.strProgram = p.strAppDir + "/orbel-player";
             p.bOwnCopy = true;
@@ -778,6 +782,7 @@ std::vector<Player> FindPlayers(const Options& opt)
             p.args = { "--no-config", "--gpu-sw=yes", "--audio-fallback-to-null=yes" };
             if (strKey == "mpv-gl-fs") {
                 p.strName += ", full screen";
+                p.bPlayOnly = true;
                 p.args.push_back("--fs");
             }
         } else if (strKey == "vlc" || strKey == "vlc-dummy") {
@@ -843,6 +848,9 @@ int main(int argc, char** argv)
     std::vector<Figures> figures(players.size());
     for (int nRun = 0; nRun < opt.nStartRuns; ++nRun) {
         for (size_t i = 0; i < players.size(); ++i) {
+            // A full-screen player starts as its window does: only its playing runs differ.
+            if (players[i].bPlayOnly)
+                continue;
             const size_t nBefore = figures[i].firstPicture.size();
             StartRun(opt, screen, players[i], clips, nRun, figures[i]);
             const bool bShown = figures[i].firstPicture.size() > nBefore;
