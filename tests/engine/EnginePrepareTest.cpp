@@ -9,23 +9,16 @@
 #include <string>
 
 using namespace std::chrono_literals;
+using orbeltest::EngineProperty;
 using orbeltest::PlaySession;
 using orbeltest::TestMedia;
 using orbeltest::WaitUntil;
 
 namespace {
 
-std::string Property(const char* pszName)
-{
-    char* psz = qkplay_get_engine_property(pszName);
-    std::string str = psz ? psz : "<none>";
-    qkplay_free(psz);
-    return str;
-}
-
 bool PropertyBecomes(const char* pszName, const std::string& strValue)
 {
-    return WaitUntil([&] { return Property(pszName) == strValue; }, 5000ms);
+    return orbeltest::EnginePropertyBecomes(pszName, strValue, 5000ms);
 }
 
 int MediaInfo(const std::string& strPath, int& nHasVideo, int& nWidth)
@@ -56,13 +49,13 @@ TEST(PrepareTest, PreparedFileWaitsUnseenThenPlaysFromWhereItWasOpened)
     EXPECT_EQ(nHasVideo, 1);
     EXPECT_EQ(nWidth, 96);
     ASSERT_TRUE(PropertyBecomes("time-pos", "0.000000"));
-    const std::string strEntry = Property("playlist/0/id");
+    const std::string strEntry = EngineProperty("playlist/0/id");
 
     // Play of the same file takes the open file over: the same playlist entry, now running.
     PlaySession session;
     session.Start(strClip);
     ASSERT_TRUE(session.WaitReady());
-    EXPECT_EQ(Property("playlist/0/id"), strEntry);
+    EXPECT_EQ(EngineProperty("playlist/0/id"), strEntry);
     EXPECT_TRUE(PropertyBecomes("pause", "no"));
     EXPECT_TRUE(WaitUntil([] { return qkplaydll_getCurrentPos() > 0.3; }, 5000ms));
     qkplaydll_Stop();
@@ -79,7 +72,7 @@ TEST(PrepareTest, PlayOfAnotherFilePlaysThatFileToItsEnd)
     PlaySession session;
     session.Start(strOther, nullptr, true);
     ASSERT_TRUE(session.WaitReady());
-    EXPECT_EQ(Property("path"), strOther);
+    EXPECT_EQ(EngineProperty("path"), strOther);
     ASSERT_TRUE(session.Join(8000ms));
     EXPECT_EQ(session.Result(), 1);
     EXPECT_EQ(session.EndOfMediaCount(), 1);
@@ -99,7 +92,7 @@ TEST(PrepareTest, DiscardClosesThePreparedFileAndNonMediaIsNeverOpened)
     int nHasVideo = -1;
     int nWidth = -1;
     EXPECT_EQ(MediaInfo(strText, nHasVideo, nWidth), 0);
-    EXPECT_EQ(Property("idle-active"), "yes");
+    EXPECT_EQ(EngineProperty("idle-active"), "yes");
 
     // A playback that runs is never replaced by a prepared file.
     PlaySession session;
