@@ -181,6 +181,10 @@ struct Player
     // Ours: the folder the private copy is made from.
     std::string strAppDir;
     bool bOwnCopy { false };
+    // Ours in full screen: its key (F2) is typed once the first picture is on the screen.
+    bool bFullScreenKey { false };
+    // Measured in the playing runs only (the full-screen keys: they start as their window).
+    bool bPlayOnly { false };
     bool bOtherUser { false };
     uid_t uid { 0 };
     gid_t gid { 0 };
@@ -596,6 +600,12 @@ void PlayRun(const Options& opt, const RootWatcher& screen, const Player& player
         return;
     }
     const auto tFirst = tStart + std::chrono::microseconds(static_cast<long>(dFirst * 1000));
+    if (player.bFullScreenKey) {
+        // As a person does: the window gets the keyboard, then the key goes through XTEST.
+        const std::string strKeys = "xdotool windowfocus " + std::to_string(screen.MainWindowOf(pid)) + " key F2 >/dev/null 2>&1";
+        if (std::system(strKeys.c_str()) != 0)
+            std::fprintf(stderr, "could not type F2 into %s\n", player.strName.c_str());
+    }
     SleepUntil(tFirst + std::chrono::seconds(5));
     long nPss = 0, nRss = 0;
     const bool bMemory = Memory(pid, nPss, nRss);
@@ -690,6 +700,7 @@ void Usage()
 {
     std::fprintf(stderr,
         "usage: bench_startup [--runs N] [--play-runs N] [--players ours,mpv,mpv-gl,vlc,vlc-dummy] [--app DIR] [--base DIR]\n"
+        "                     (more keys: ours-fs, ours-base-fs, mpv-gl-fs: the same in full screen)\n"
         "                     [--vlc-user USER]\n"
         "  --runs       starts with the red clip per player (default 10)\n"
         "  --play-runs  starts with the playing clip per player (default 5; 0 skips memory and CPU)\n"
@@ -742,13 +753,18 @@ std::vector<Player> FindPlayers(const Options& opt)
     for (const std::string& strKey : opt.players) {
         Player p;
         p.strKey = strKey;
-        if (strKey == "ours" || strKey == "ours-base") {
-            const bool bBase = strKey == "ours-base";
+        if (strKey == "ours" || strKey == "ours-base" || strKey == "ours-fs" || strKey == "ours-base-fs") {
+            const bool bBase = strKey.rfind("ours-base", 0) == 0;
+            p.bFullScreenKey = strKey.size() > 3 && strKey.compare(strKey.size() - 3, 3, "-fs") == 0;
             if (bBase && opt.strBaseDir.empty()) {
                 std::fprintf(stderr, "ours-base left out: no --base folder\n");
                 continue;
             }
             p.strName = bBase ? "Orbel Player, base build" : "Orbel Player";
+            if (p.bFullScreenKey) {
+                p.strName += ", full screen";
+                p.bPlayOnly = true;
+            }
             p.strAppDir = bBase ? opt.strBaseDir : opt.strAppDir;
             p.strProgram = p.strAppDir + "/orbel-player";
             p.bOwnCopy = true;
@@ -757,13 +773,18 @@ std::vector<Player> FindPlayers(const Options& opt)
             p.strName = "mpv";
             p.strProgram = FindInPath("mpv");
             p.args = { "--no-config" };
-        } else if (strKey == "mpv-gl") {
+        } else if (strKey == "mpv-gl" || strKey == "mpv-gl-fs") {
             // mpv set up as our engine is: its OpenGL renderer even on a software driver
             // (which it otherwise refuses, falling back to a slower output), and decoded sound
             // sent to the null output when no sound device opens.
             p.strName = "mpv, OpenGL + null sound";
             p.strProgram = FindInPath("mpv");
             p.args = { "--no-config", "--gpu-sw=yes", "--audio-fallback-to-null=yes" };
+            if (strKey == "mpv-gl-fs") {
+                p.strName += ", full screen";
+                p.bPlayOnly = true;
+                p.args.push_back("--fs");
+            }
         } else if (strKey == "vlc" || strKey == "vlc-dummy") {
             p.strName = strKey == "vlc" ? "VLC" : "VLC, dummy sound";
             p.strProgram = FindInPath("vlc");
@@ -827,6 +848,9 @@ int main(int argc, char** argv)
     std::vector<Figures> figures(players.size());
     for (int nRun = 0; nRun < opt.nStartRuns; ++nRun) {
         for (size_t i = 0; i < players.size(); ++i) {
+            // A full-screen player starts as its window does: only its playing runs differ.
+            if (players[i].bPlayOnly)
+                continue;
             const size_t nBefore = figures[i].firstPicture.size();
             StartRun(opt, screen, players[i], clips, nRun, figures[i]);
             const bool bShown = figures[i].firstPicture.size() > nBefore;

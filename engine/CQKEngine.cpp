@@ -1,6 +1,7 @@
 #include "CQKEngine.h"
 
 #include <algorithm>
+#include <chrono>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
@@ -52,6 +53,13 @@ void SetAsyncDouble(mpv_handle* pMpv, const char* pszName, double dValue)
     mpv_set_property_async(pMpv, 0, pszName, MPV_FORMAT_DOUBLE, &dValue);
 }
 
+// Reply tags of a prepared file's loadfile carry this bit, so that they never equal a Play's
+// session number.
+constexpr uint64_t kPrepareTag = 1ULL << 63;
+// How long a prepared video waits for the video surface to attach, so that it opens with its
+// picture output rather than without one (the surface attaches as the window comes up).
+constexpr auto kSurfaceWait = std::chrono::milliseconds(500);
+
 // One operand of the colour filter: "val+12", "val-7" or "val".
 std::string Offset(int nDelta)
 {
@@ -86,8 +94,12 @@ CQKEngine::~CQKEngine()
     {
         std::lock_guard lk(mtx);
         bQuit = true;
+        ++nPrepareGen;
         cvSession.notify_all();
+        cvPrepare.notify_all();
     }
+    if (prepareThread.joinable())
+        prepareThread.join();
     if (!pMpv)
         return;
     mpv_wakeup(pMpv);
@@ -99,12 +111,40 @@ CQKEngine::~CQKEngine()
         mpv_terminate_destroy(pMpv);
 }
 
-bool CQKEngine::EnsureHandleLocked()
+bool CQKEngine::EnsureHandleLocked(std::unique_lock<std::mutex>& lk)
 {
+    // The instance is made without the lock, so that the player's calls (volume, state, a
+    // close) never wait behind it; a second caller that needs it waits for the first.
+    cvSession.wait(lk, [&] { return !bCreating || bQuit; });
     if (pMpv)
         return true;
     if (bQuit)
         return false;
+    bCreating = true;
+    const double dInitialVolume = dVolume * 100.0;
+    const int nMute = bMute ? 1 : 0;
+    const std::string strFilter = ColorFilter(nColorY, nColorU, nColorV);
+    lk.unlock();
+    mpv_handle* pNew = CreateHandle(dInitialVolume, nMute, strFilter);
+    lk.lock();
+    bCreating = false;
+    cvSession.notify_all();
+    if (!pNew)
+        return false;
+    pMpv = pNew;
+    // What changed while the instance was made goes after it.
+    if (dVolume * 100.0 != dInitialVolume)
+        SetAsyncDouble(pMpv, "volume", dVolume * 100.0);
+    if ((bMute ? 1 : 0) != nMute)
+        SetAsyncFlag(pMpv, "mute", bMute);
+    if (ColorFilter(nColorY, nColorU, nColorV) != strFilter)
+        ApplyColorLocked();
+    eventThread = std::thread([this] { EventLoop(); });
+    return true;
+}
+
+mpv_handle* CQKEngine::CreateHandle(double dInitialVolume, int nMute, const std::string& strFilter)
+{
     // libmpv refuses to start with a numeric locale other than "C". Programs are asked to
     // set it themselves (qkplay.h); this only saves one that forgot.
     const char* pszLocale = std::setlocale(LC_NUMERIC, nullptr);
@@ -113,34 +153,29 @@ bool CQKEngine::EnsureHandleLocked()
 
     mpv_handle* pNew = mpv_create();
     if (!pNew)
-        return false;
+        return nullptr;
     QuietAlsa();
     for (const auto& option : kOptions)
         mpv_set_option_string(pNew, option[0], option[1]);
-    double dInitialVolume = dVolume * 100.0;
     mpv_set_option(pNew, "volume", MPV_FORMAT_DOUBLE, &dInitialVolume);
-    int nMute = bMute ? 1 : 0;
     mpv_set_option(pNew, "mute", MPV_FORMAT_FLAG, &nMute);
-    std::string strFilter = ColorFilter(nColorY, nColorU, nColorV);
     if (!strFilter.empty()) {
         mpv_set_option_string(pNew, "vf", strFilter.c_str());
         mpv_set_option_string(pNew, "hwdec", "auto-copy-safe");
     }
     if (mpv_initialize(pNew) < 0) {
         mpv_terminate_destroy(pNew);
-        return false;
+        return nullptr;
     }
     mpv_observe_property(pNew, 0, "time-pos", MPV_FORMAT_DOUBLE);
-    pMpv = pNew;
-    eventThread = std::thread([this] { EventLoop(); });
-    return true;
+    return pNew;
 }
 
 bool CQKEngine::Play(const std::string& strPath, qkplay_video* pVideo, const qkplay_notify* pNotify,
     int nMsg, bool bAudioOnly)
 {
     std::unique_lock lk(mtx);
-    if (!EnsureHandleLocked())
+    if (!EnsureHandleLocked(lk))
         return false;
 
     // An earlier Play that still blocks returns now; what it reached is kept for its result.
@@ -159,13 +194,21 @@ bool CQKEngine::Play(const std::string& strPath, qkplay_video* pVideo, const qkp
     // Requests to the engine run in the order they were made, so these settings are in
     // force when the file opens, and a Stop or pause made meanwhile comes after them.
     const bool bPicture = pVideo && pVideo == pAttached && pRender;
-    SetAsyncFlag(pMpv, "pause", false);
-    SetAsyncString(pMpv, "vo", bPicture ? "libmpv" : "null");
-    SetAsyncString(pMpv, "vid", bAudioOnly ? "no" : "auto");
-    const char* args[] = { "loadfile", strPath.c_str(), "replace", nullptr };
-    if (mpv_command_async(pMpv, nMine, args) < 0) {
-        bActive = false;
-        return false;
+    if (AdoptPreparedLocked(strPath, bPicture, bAudioOnly)) {
+        // The prepared file is open already, paused: it only runs from here.
+        SetAsyncFlag(pMpv, "pause", false);
+        ReconcileLocked();
+    } else {
+        DiscardPreparedLocked();
+        nLoadTag = nMine;
+        SetAsyncFlag(pMpv, "pause", false);
+        SetAsyncString(pMpv, "vo", bPicture ? "libmpv" : "null");
+        SetAsyncString(pMpv, "vid", bAudioOnly ? "no" : "auto");
+        const char* args[] = { "loadfile", strPath.c_str(), "replace", nullptr };
+        if (mpv_command_async(pMpv, nMine, args) < 0) {
+            bActive = false;
+            return false;
+        }
     }
 
     cvSession.wait(lk, [&] { return nSession != nMine || bStopRequested || bEnded || bQuit; });
@@ -359,7 +402,21 @@ void CQKEngine::OnEvent(const mpv_event& ev)
 
 void CQKEngine::OnLoadfileReply(const mpv_event& ev)
 {
-    if (ev.reply_userdata == 0 || ev.reply_userdata != nSession || !bActive)
+    if (ev.reply_userdata == 0)
+        return;
+    if (ev.reply_userdata == prepared.nTag) {
+        prepared.bFailed = ev.error < 0;
+        const auto* pPrepared = static_cast<const mpv_event_command*>(ev.data);
+        if (!prepared.bFailed && pPrepared && pPrepared->result.format == MPV_FORMAT_NODE_MAP) {
+            const mpv_node_list* pMap = pPrepared->result.u.list;
+            for (int i = 0; i < pMap->num; ++i) {
+                if (std::strcmp(pMap->keys[i], "playlist_entry_id") == 0 && pMap->values[i].format == MPV_FORMAT_INT64)
+                    prepared.nEntryId = pMap->values[i].u.int64;
+            }
+        }
+        return;
+    }
+    if (ev.reply_userdata != nLoadTag || !bActive)
         return;
     if (ev.error < 0) {
         bFailed = true;
@@ -418,6 +475,139 @@ void CQKEngine::EndSessionLocked(bool bEndOfMedia, bool bError)
     cvSession.notify_all();
 }
 
+// ---- preparation ----
+
+void CQKEngine::Prepare(const std::string& strPath)
+{
+    std::lock_guard lk(mtx);
+    if (bQuit)
+        return;
+    if (strPath.empty()) {
+        DiscardPreparedLocked();
+        return;
+    }
+    // A file that plays is never replaced by one that waits.
+    if (bActive)
+        return;
+    DiscardPreparedLocked();
+    bPrepareWanted = true;
+    strPrepareJob = strPath;
+    // From now on GetMediaInfoEx of this file waits for the prepared probe.
+    probe = {};
+    probe.strPath = strPath;
+    if (!prepareThread.joinable())
+        prepareThread = std::thread([this] { PrepareLoop(); });
+    cvPrepare.notify_all();
+}
+
+void CQKEngine::DiscardPreparedLocked()
+{
+    // A job under way sees the generation move on and gives up; its probe stops at once.
+    ++nPrepareGen;
+    bPrepareWanted = false;
+    if (!probe.bDone)
+        probe.strPath.clear();
+    cvPrepare.notify_all();
+    if (prepared.nTag == 0)
+        return;
+    prepared = {};
+    // The prepared file is closed unless a playback has replaced it already.
+    if (pMpv && !bActive) {
+        const char* args[] = { "stop", nullptr };
+        mpv_command_async(pMpv, 0, args);
+    }
+}
+
+bool CQKEngine::AdoptPreparedLocked(const std::string& strPath, bool bPicture, bool bAudioOnly)
+{
+    if (prepared.nTag == 0 || prepared.bFailed || prepared.strPath != strPath || prepared.bPicture != bPicture
+        || prepared.bAudioOnly != bAudioOnly)
+        return false;
+    // The reply to the prepared loadfile may still be on its way; the session then waits for
+    // that tag, as for its own.
+    nLoadTag = prepared.nTag;
+    nEntryId = prepared.nEntryId;
+    prepared = {};
+    ++nPrepareGen;
+    bPrepareWanted = false;
+    return true;
+}
+
+bool CQKEngine::PreparedProbe(const std::string& strPath, bool& bPlayable, tagQKMediaInfo& info)
+{
+    std::unique_lock lk(mtx);
+    if (strPath.empty() || probe.strPath != strPath)
+        return false;
+    cvPrepare.wait(lk, [&] { return probe.bDone || probe.strPath != strPath || bQuit; });
+    if (!probe.bDone || probe.strPath != strPath)
+        return false;
+    int64_t nSize = -1;
+    int64_t nMtime = -1;
+    if (!CQKMediaProbe::Identity(strPath, nSize, nMtime) || nSize != probe.nSize || nMtime != probe.nMtimeNs)
+        return false;
+    bPlayable = probe.bPlayable;
+    info = probe.info;
+    return true;
+}
+
+void CQKEngine::PrepareLoop()
+{
+    std::unique_lock lk(mtx);
+    for (;;) {
+        cvPrepare.wait(lk, [&] { return bQuit || bPrepareWanted; });
+        if (bQuit)
+            return;
+        bPrepareWanted = false;
+        const uint64_t nGen = nPrepareGen.load();
+        const std::string strPath = strPrepareJob;
+        auto bStale = [&] { return bQuit || bActive || nPrepareGen.load() != nGen; };
+
+        // The probe runs without the lock; GetMediaInfoEx of the same file waits for it.
+        probe = {};
+        probe.strPath = strPath;
+        lk.unlock();
+        int64_t nSize = -1;
+        int64_t nMtime = -1;
+        tagQKMediaInfo info;
+        const bool bKnown = CQKMediaProbe::Identity(strPath, nSize, nMtime);
+        const bool bPlayable = bKnown && CQKMediaProbe::Probe(strPath, info, &nPrepareGen, nGen);
+        lk.lock();
+        if (nPrepareGen.load() != nGen || bQuit) {
+            // Cut short: the answer says nothing about the file.
+            if (probe.strPath == strPath && !probe.bDone)
+                probe.strPath.clear();
+            cvPrepare.notify_all();
+            continue;
+        }
+        probe.bDone = true;
+        probe.bPlayable = bPlayable;
+        probe.info = info;
+        probe.nSize = nSize;
+        probe.nMtimeNs = nMtime;
+        cvPrepare.notify_all();
+        if (!bPlayable || bStale() || !EnsureHandleLocked(lk) || bStale())
+            continue;
+        // A video opens best with its picture output from the start; the surface attaches
+        // as the window comes up.
+        if (info.bHasVideo)
+            cvPrepare.wait_for(lk, kSurfaceWait, [&] { return pRender || bStale(); });
+        if (bStale())
+            continue;
+        const std::string strLoad = strPath[0] == '/' ? strPath : "./" + strPath;
+        prepared = {};
+        prepared.nTag = kPrepareTag | nGen;
+        prepared.strPath = strLoad;
+        prepared.bPicture = pRender != nullptr;
+        prepared.bAudioOnly = !info.bHasVideo;
+        SetAsyncFlag(pMpv, "pause", true);
+        SetAsyncString(pMpv, "vo", prepared.bPicture ? "libmpv" : "null");
+        SetAsyncString(pMpv, "vid", prepared.bAudioOnly ? "no" : "auto");
+        const char* args[] = { "loadfile", strLoad.c_str(), "replace", nullptr };
+        if (mpv_command_async(pMpv, prepared.nTag, args) < 0)
+            prepared = {};
+    }
+}
+
 // ---- the video surface ----
 
 void CQKEngine::OnRenderUpdate(void* pCtx)
@@ -433,10 +623,14 @@ bool CQKEngine::AttachVideo(qkplay_video* pVideo)
         return false;
     mpv_handle* pHandle = nullptr;
     {
-        std::lock_guard lk(mtx);
-        if (pAttached || !EnsureHandleLocked())
+        std::unique_lock lk(mtx);
+        if (pAttached)
             return false;
         pAttached = pVideo; // reserved while the context is made without the lock
+        if (!EnsureHandleLocked(lk)) {
+            pAttached = nullptr;
+            return false;
+        }
         pHandle = pMpv;
     }
     mpv_opengl_init_params glInit { pVideo->get_proc_address, pVideo->ctx };
@@ -458,6 +652,7 @@ bool CQKEngine::AttachVideo(qkplay_video* pVideo)
     }
     pRender = pContext;
     pVideo->priv = pContext;
+    cvPrepare.notify_all();
     return true;
 }
 
@@ -470,9 +665,19 @@ bool CQKEngine::RenderVideo(qkplay_video* pVideo, int nFbo, int nWidth, int nHei
     auto* pContext = static_cast<mpv_render_context*>(pVideo->priv);
     mpv_opengl_fbo fbo { nFbo, nWidth, nHeight, 0 };
     int nFlipY = 1;
+    // A frame drawn while a stop is under way is only taken off the engine, so that it lets
+    // go (the surface's thread waits for the play thread meanwhile): it need not wait for its
+    // time.
+    int nWaitForTime = 1;
+    {
+        std::lock_guard lk(mtx);
+        if (!bActive || bStopRequested || bEnded)
+            nWaitForTime = 0;
+    }
     mpv_render_param params[] = {
         { MPV_RENDER_PARAM_OPENGL_FBO, &fbo },
         { MPV_RENDER_PARAM_FLIP_Y, &nFlipY },
+        { MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &nWaitForTime },
         { MPV_RENDER_PARAM_INVALID, nullptr },
     };
     return mpv_render_context_render(pContext, params) >= 0;

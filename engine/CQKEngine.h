@@ -13,8 +13,15 @@
 // | end of file, error or stop    | ends the session without a message                        |
 // | Stop                          | session stopped at once (not ready), stop queued          |
 // | PauseOrResume                 | paused flag toggled at once, pause queued                 |
+//
+// A prepared file (Prepare) is opened paused, before any Play, by a thread of the engine's
+// own: it is probed, the libmpv instance made and the file loaded with its own reply tag.
+// A Play of the same file takes its playlist entry over instead of loading it again; any
+// other Play, a discard or the engine's end replaces or closes it.
+#include "CQKMediaProbe.h"
 #include "qkplay.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <mpv/client.h>
@@ -47,6 +54,12 @@ public:
     void SetMute(bool bMute);
     void AdjustColor(int nY, int nU, int nV);
 
+    // Starts preparing a file (UTF-8, as Play takes it); an empty path discards.
+    void Prepare(const std::string& strPath);
+    // The prepared probe's answer for this file, waiting for a probe under way. False when
+    // the file was not prepared (or changed since), so that the caller probes it itself.
+    bool PreparedProbe(const std::string& strPath, bool& bPlayable, tagQKMediaInfo& info);
+
     bool AttachVideo(qkplay_video* pVideo);
     bool RenderVideo(qkplay_video* pVideo, int nFbo, int nWidth, int nHeight);
     void ReportVideoSwap(qkplay_video* pVideo);
@@ -61,8 +74,12 @@ public:
 private:
     CQKEngine() = default;
 
-    bool EnsureHandleLocked();
+    bool EnsureHandleLocked(std::unique_lock<std::mutex>& lk);
+    static mpv_handle* CreateHandle(double dInitialVolume, int nMute, const std::string& strFilter);
     void EventLoop();
+    void PrepareLoop();
+    void DiscardPreparedLocked();
+    bool AdoptPreparedLocked(const std::string& strPath, bool bPicture, bool bAudioOnly);
     void OnEvent(const mpv_event& ev);
     void OnLoadfileReply(const mpv_event& ev);
     void ReconcileLocked();
@@ -78,6 +95,7 @@ private:
     mpv_handle* pMpv { nullptr };
     std::thread eventThread;
     bool bQuit { false };
+    bool bCreating { false };
 
     // Settings that outlive a file.
     double dVolume { 1.0 };
@@ -117,6 +135,34 @@ private:
     int64_t nLoadedEntry { -1 };
     tagEnded recentEnds[8] {};
     unsigned nNextEnd { 0 };
+
+    // Preparation: the job the prepare thread is asked for (a generation that any newer
+    // request, Play or discard moves on, which cuts a probe under way short), the probe's
+    // answer kept for GetMediaInfoEx, and the file loaded paused with its own reply tag.
+    std::thread prepareThread;
+    std::condition_variable cvPrepare;
+    std::atomic<uint64_t> nPrepareGen { 0 };
+    bool bPrepareWanted { false };
+    std::string strPrepareJob;
+    struct tagPreparedProbe
+    {
+        std::string strPath;
+        bool bDone { false };
+        bool bPlayable { false };
+        tagQKMediaInfo info;
+        int64_t nSize { -1 };
+        int64_t nMtimeNs { -1 };
+    } probe;
+    struct tagPreparedFile
+    {
+        uint64_t nTag { 0 };
+        std::string strPath;
+        bool bPicture { false };
+        bool bAudioOnly { false };
+        int64_t nEntryId { -1 };
+        bool bFailed { false };
+    } prepared;
+    uint64_t nLoadTag { 0 };
 
     // The attached video surface.
     qkplay_video* pAttached { nullptr };

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstring>
 #include <mutex>
 #include <sys/stat.h>
 
@@ -22,9 +23,17 @@ namespace {
 // demuxer: the player calls the probe on its main thread.
 constexpr auto kProbeBudget = std::chrono::seconds(3);
 
+// A file that the demuxers recognise no better than this (on a scale to 100) is no media
+// file: an executable or a text file that some raw format takes for a stream of its own. The
+// playback engine refuses such files too, so the probe refuses them at once instead of
+// decoding garbage.
+constexpr int kLowestProbeScore = AVPROBE_SCORE_RETRY;
+
 struct tagDeadline
 {
     std::chrono::steady_clock::time_point tEnd;
+    const std::atomic<uint64_t>* pnGen { nullptr };
+    uint64_t nGen { 0 };
 };
 
 // Closes the demuxer context on every way out of Probe.
@@ -95,10 +104,23 @@ double Duration(const AVFormatContext* pCtx)
 int CQKMediaProbe::OnInterrupt(void* pOpaque)
 {
     auto* pDeadline = static_cast<tagDeadline*>(pOpaque);
+    if (pDeadline->pnGen && pDeadline->pnGen->load() != pDeadline->nGen)
+        return 1;
     return std::chrono::steady_clock::now() > pDeadline->tEnd ? 1 : 0;
 }
 
-bool CQKMediaProbe::Probe(const std::string& strPath, tagQKMediaInfo& info)
+bool CQKMediaProbe::Identity(const std::string& strPath, int64_t& nSize, int64_t& nMtimeNs)
+{
+    struct stat st
+    { };
+    if (strPath.empty() || ::stat(strPath.c_str(), &st) != 0)
+        return false;
+    nSize = st.st_size;
+    nMtimeNs = static_cast<int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
+    return true;
+}
+
+bool CQKMediaProbe::Probe(const std::string& strPath, tagQKMediaInfo& info, const std::atomic<uint64_t>* pnGen, uint64_t nGen)
 {
     // Folders, devices and pipes would make the demuxer wait or fail in odd ways: only a
     // regular file with content is worth opening.
@@ -112,7 +134,7 @@ bool CQKMediaProbe::Probe(const std::string& strPath, tagQKMediaInfo& info)
     static std::once_flag quiet;
     std::call_once(quiet, [] { av_log_set_level(AV_LOG_QUIET); });
 
-    tagDeadline deadline { std::chrono::steady_clock::now() + kProbeBudget };
+    tagDeadline deadline { std::chrono::steady_clock::now() + kProbeBudget, pnGen, nGen };
     CloseInput input;
     input.pCtx = avformat_alloc_context();
     if (!input.pCtx)
@@ -130,6 +152,9 @@ bool CQKMediaProbe::Probe(const std::string& strPath, tagQKMediaInfo& info)
         input.pCtx = nullptr; // freed by avformat_open_input on failure
         return false;
     }
+    // Text is no media, even where a demuxer would show it as a picture of its characters.
+    if (input.pCtx->probe_score <= kLowestProbeScore || std::strcmp(input.pCtx->iformat->name, "tty") == 0)
+        return false;
     if (avformat_find_stream_info(input.pCtx, nullptr) < 0)
         return false;
 

@@ -27,7 +27,11 @@ QKPLAY_API int qkplaydll_GetMediaInfoEx(const char16_t* path, int* pnHasVideo, i
     if (!CQKMediaProbe::Utf16ToUtf8(path, strPath) || strPath.size() >= QKPLAY_MAX_PATH)
         return 0;
     qkplay::tagQKMediaInfo info;
-    if (!CQKMediaProbe::Probe(strPath, info))
+    // A file prepared for playing was probed already, or is being probed now.
+    bool bPlayable = false;
+    if (!CQKEngine::Instance().PreparedProbe(strPath, bPlayable, info))
+        bPlayable = CQKMediaProbe::Probe(strPath, info);
+    if (!bPlayable)
         return 0;
     if (pnHasVideo)
         *pnHasVideo = info.bHasVideo ? 1 : 0;
@@ -59,6 +63,18 @@ QKPLAY_API int qkplaydll_Play(const char* path, qkplay_video* video, qkplay_noti
     if (strPath[0] != '/')
         strPath = "./" + strPath;
     return CQKEngine::Instance().Play(strPath, video, notify, nNotifyMsg, bAudioOnly != 0) ? 1 : 0;
+}
+
+QKPLAY_API void qkplay_prepare(const char* path)
+{
+    if (!path) {
+        CQKEngine::Instance().Prepare(std::string());
+        return;
+    }
+    const size_t nLength = strnlen(path, QKPLAY_MAX_PATH);
+    if (nLength == 0 || nLength >= QKPLAY_MAX_PATH)
+        return;
+    CQKEngine::Instance().Prepare(std::string(path, nLength));
 }
 
 QKPLAY_API void qkplaydll_Stop(void)

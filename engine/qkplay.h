@@ -31,7 +31,7 @@
  * --------
  *
  * Nothing needs to be set up. The library's media engine (one libmpv instance) is created on
- * first need, that is by the first qkplaydll_Play or qkplay_video_attach, and lives until the
+ * first need, that is by the first qkplaydll_Play, qkplay_video_attach or qkplay_prepare, and lives until the
  * process exits. Volume, mute and colour offsets set before that are kept and are in force
  * from the first file on; they stay across files.
  *
@@ -120,7 +120,9 @@ typedef struct qkplay_video
  *
  * Result: non-zero when the file can be played (it has a video or sound stream that can be
  * decoded), else 0 with the outputs untouched. A missing file, a folder, an empty, truncated
- * or foreign file gives 0 without delay. Any output pointer may be null.
+ * or foreign file gives 0 without delay, and so does a file that the demuxers recognise only
+ * barely (a program, a text file, which some raw format would take for a stream). Any output
+ * pointer may be null.
  *
  * Thread: any; callable before any other operation and while another file plays.
  */
@@ -156,6 +158,25 @@ QKPLAY_API int qkplaydll_GetMediaInfoEx(const char16_t* path, int* pnHasVideo,
 QKPLAY_API int qkplaydll_Play(const char* path, qkplay_video* video, qkplay_notify* notify,
     int nNotifyMsg, int nReserved1, double dReserved2, int nReserved3,
     intptr_t nReserved4, int bAudioOnly);
+
+/*
+ * Prepares the playback of a file that is about to be played, in the background: the media
+ * engine is created, the file is probed (a later qkplaydll_GetMediaInfoEx of the same file
+ * takes that answer instead of probing again) and opened paused, so that its sound output and
+ * decoders are ready. A qkplaydll_Play of the same file, with the same video target and
+ * audio-only flag, then starts from there; a Play of another file replaces the prepared one.
+ * Nothing of the prepared file is seen or heard before that Play.
+ *
+ * path: the file name in UTF-8, as for qkplaydll_Play; null discards what was prepared (the
+ *     file is closed, a probe or opening still under way is cut short).
+ *
+ * Ignored while a playback runs (it is never replaced by a prepared file) and for a name that
+ * qkplaydll_Play would refuse. A second call replaces the first one's file.
+ *
+ * Thread: any; never waits for the preparation, which runs on a thread of the library. The
+ * library ends that thread itself, also when the process exits with a file still prepared.
+ */
+QKPLAY_API void qkplay_prepare(const char* path);
 
 /*
  * Ends the current playback: a blocked qkplaydll_Play returns promptly, in every state

@@ -24,6 +24,13 @@ public:
     // one of its own switches: the program has none, and every entry is a file.
     static QStringList CommandLine(int argc, char** argv);
 
+    // Ends the process with nCode once the program has done all of its own ending (options
+    // saved, lock given back), without taking the libraries down one by one: the window
+    // system, the playback engine and the session bus drop everything of a process that has
+    // gone, and the long way costs a close tens of milliseconds. What was sent on the session
+    // bus is delivered first. A sanitizer build takes the long way, so that its leak check runs.
+    static void EndProcess(int nCode);
+
 private:
     std::unique_ptr<QApplication> m_pApp;
 };

@@ -20,7 +20,9 @@
 #include <QTimerEvent>
 #include <QUrl>
 #include <QWheelEvent>
+#include <QWindow>
 #include <algorithm>
+#include <cstdlib>
 #include <xcb/xcb.h>
 
 // The queued message of PostMessage.
@@ -75,12 +77,13 @@ public:
         const auto* destroy = static_cast<const xcb_destroy_notify_event_t*>(message);
         for (QWidget* w : QApplication::topLevelWidgets()) {
             auto* host = dynamic_cast<CQKHostWidget*>(w);
-            if (!host || w->internalWinId() != destroy->window)
+            if (!host || host->NativeId() != destroy->window)
                 continue;
             // Queued: the host may end its window in OnClose, which must not happen inside
             // the window system's own event handling.
+            const WId nLost = destroy->window;
             QMetaObject::invokeMethod(
-                host, [host] { host->OnWindowLost(); }, Qt::QueuedConnection);
+                host, [host, nLost] { host->OnWindowLost(nLost); }, Qt::QueuedConnection);
         }
         return false;
     }
@@ -98,10 +101,41 @@ CQKHostWidget::CQKHostWidget(CQKHostWnd* host, QWidget* pParent, Qt::WindowFlags
     CQKWindowLossFilter::Install();
 }
 
-void CQKHostWidget::OnWindowLost()
+void CQKHostWidget::OnWindowLost(WId nLost)
 {
+    // A window that Qt makes anew (when a window flag such as "always on top" changes) ends
+    // its old native window; the notice of that end, handled later, must not count as the
+    // window being lost. Only a widget whose own window of now is gone has lost it (the server
+    // may even have handed the freed id out again).
+    if (nLost != NativeId() || WindowExistsOnServer())
+        return;
     if (pHost)
         pHost->OnClose();
+}
+
+WId CQKHostWidget::NativeId() const
+{
+    // The widget's own id can be stale: a native window that Qt makes anew for a change of
+    // its flags gets a new id that only the window handle knows.
+    const QWindow* pWindow = windowHandle();
+    if (pWindow && pWindow->handle())
+        return pWindow->winId();
+    return internalWinId();
+}
+
+bool CQKHostWidget::WindowExistsOnServer() const
+{
+    auto* pX11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
+    xcb_connection_t* pConnection = pX11 ? pX11->connection() : nullptr;
+    const WId nId = NativeId();
+    if (!pConnection || !nId)
+        return false;
+    const xcb_get_window_attributes_cookie_t cookie = xcb_get_window_attributes(pConnection, static_cast<xcb_window_t>(nId));
+    xcb_get_window_attributes_reply_t* pReply = xcb_get_window_attributes_reply(pConnection, cookie, nullptr);
+    if (!pReply)
+        return false;
+    std::free(pReply);
+    return true;
 }
 
 CQKHostWidget::~CQKHostWidget()

@@ -21,7 +21,11 @@ public:
     CQKHostWnd* Host() const { return pHost; }
     void Detach() { pHost = nullptr; }
     // Another program destroyed the window on the screen: the host hears it as a close.
-    void OnWindowLost();
+    void OnWindowLost(WId nLost);
+    // The id of the widget's native window as it is now; 0 before it has one.
+    WId NativeId() const;
+    // Whether the server still has this widget's own native window (X11 only).
+    bool WindowExistsOnServer() const;
     // Inside one of this widget's event handlers: deleting it now would pull the floor away.
     bool InEvent() const { return nEventDepth > 0; }
 

@@ -98,6 +98,11 @@ bool CQKPlayerApp::InitInstance()
         m_bReadOwnFiles = true;
     }
 
+    // The window acts on the list 100 ms after it came up; the list's first file is readied
+    // meanwhile, from here on, so that the engine is made while the window is.
+    if (m_bOwnFilesWritten && !m_arrOwnFiles.isEmpty())
+        m_preparedStart.Begin(m_arrOwnFiles.first());
+
     // Common controls, the framework's own start, OLE, the shell manager, the registry key
     // and the graphics library need nothing here.
 

@@ -18,6 +18,8 @@
 // the window reads it back about 100 ms after its window is up, and again 100 ms after each
 // wake-up by a later start. A free player takes its own list, as it wrote it, instead of the
 // file: another free player started just after it may have replaced the file already.
+#include "player/CQKPreparedStart.h"
+
 #include <QString>
 #include <QStringList>
 #include <memory>
@@ -50,6 +52,8 @@ public:
     // Reads the start-up list into the queue of dlg and starts its first playable entry.
     // A list that cannot be read changes nothing.
     void ReadStartupFiles(CQKPlayerDlg& dlg);
+    // The first file of this start, readied while the window comes up.
+    CQKPreparedStart& GetPreparedStart() { return m_preparedStart; }
 
     void LoadPlayerOptions();
     void SavePlayerOptions();
@@ -68,6 +72,7 @@ private:
     bool m_bOwnFilesWritten { false };
     bool m_bReadOwnFiles { false };
     std::unique_ptr<CQKSingleInstance> m_hInstanceMutex;
+    CQKPreparedStart m_preparedStart;
     CQKPlayerDlg* m_pMainWnd { nullptr };
 };
 

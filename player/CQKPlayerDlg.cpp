@@ -233,7 +233,12 @@ void CQKPlayerDlg::OnTimer(uint32_t nID)
     case QKTIMER_STARTUP:
         // A one-shot: the list is read once per start and once per wake-up.
         KillTimer(QKTIMER_STARTUP);
+        // A player on its way out reads no list: a start waiting on it gets no answer and
+        // runs a window of its own once this one has ended.
+        if (m_bClosing)
+            break;
         theApp.ReadStartupFiles(*this);
+        theApp.GetPreparedStart().End(m_hPlayThread != nullptr);
         break;
     default:
         break;
@@ -255,8 +260,9 @@ void CQKPlayerDlg::OnPaintBackground(CQKGraphics* pGraphics)
 
 void CQKPlayerDlg::OnClose()
 {
-    // The system's close goes the way of the close command.
-    PostMessage(WM_COMMAND, QKCMD_CLOSE, 0);
+    // The system's close goes the way of the close command, at once: a message posted now
+    // would wait behind every frame already queued for the video surface.
+    SendMessage(WM_COMMAND, QKCMD_CLOSE, 0);
 }
 
 void CQKPlayerDlg::OnCancel()
@@ -271,6 +277,9 @@ void CQKPlayerDlg::OnDestroy()
 {
     // The engine stops and its thread is joined before anything of the window goes.
     // Timer 4 is left alone: it dies with the window.
+    m_bClosing = true;
+    // A file readied for the start and not played is closed without waiting.
+    theApp.GetPreparedStart().End(false);
     KillTimer(QKTIMER_POSITION);
     KillTimer(QKTIMER_BARS);
     KillTimer(QKTIMER_CURSOR);

@@ -328,4 +328,6 @@ private:
     std::atomic<bool> m_bPlayThreadDone { true };
     qkplay_notify m_notify { &CQKPlayerDlg::PostFromEngine, this };
     int m_nModalResult { 0 };
+    // Set once the window is being destroyed: from then on no start-up list is read.
+    bool m_bClosing { false };
 };

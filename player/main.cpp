@@ -12,5 +12,6 @@ int main(int argc, char** argv)
     QKRegisterControls();
     theApp.SetCommandLine(args);
     theApp.InitInstance();
+    CQKApplication::EndProcess(0);
     return 0;
 }

@@ -18,10 +18,7 @@ namespace {
 
 std::string Property(const char* pszName)
 {
-    char* psz = qkplay_get_engine_property(pszName);
-    std::string str = psz ? psz : "<none>";
-    qkplay_free(psz);
-    return str;
+    return orbeltest::EngineProperty(pszName);
 }
 
 double Volume()
@@ -32,7 +29,7 @@ double Volume()
 // Waits for an asynchronous setting to arrive in the engine.
 bool PropertyBecomes(const char* pszName, const std::string& strValue)
 {
-    return WaitUntil([&] { return Property(pszName) == strValue; }, 2000ms);
+    return orbeltest::EnginePropertyBecomes(pszName, strValue, 2000ms);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "engine/qkplay.h"
 #include "support/TestMedia.h"
 
+#include <QFile>
 #include <chrono>
 #include <gtest/gtest.h>
 
@@ -31,6 +32,15 @@ Info Probe(const QString& strPath)
     info.nResult = qkplaydll_GetMediaInfoEx(wide.c_str(), &info.nHasVideo, &info.nReserved, &info.nWidth,
         &info.nHeight, &info.dDuration, &info.dReserved);
     return info;
+}
+
+// A copy of this test program, an executable, under a media file's name.
+QString ProgramNamedLikeMedia()
+{
+    QFile self(QStringLiteral("/proc/self/exe"));
+    if (!self.open(QIODevice::ReadOnly))
+        return QString();
+    return TestMedia::WriteBytes("program.mkv", self.read(4 << 20));
 }
 
 } // namespace
@@ -85,6 +95,11 @@ TEST(MediaInfoTest, BrokenInputsFailQuicklyAndLeaveOutputsAlone)
         TestMedia::Folder() + "no-such-file.mkv",
         QString(),
         TestMedia::Folder() + "../" + QString(3000, 'x') + ".mkv",
+        // Files that some raw demuxer takes for a stream with a very low score, or shows as a
+        // picture of their characters: a program and a text file, named like media.
+        ProgramNamedLikeMedia(),
+        TestMedia::WriteBytes("notes.mp3", QByteArray("Shopping list\n").repeated(4000)),
+        TestMedia::WriteBytes("readme.txt", QByteArray("Plain text, nothing to play.\n").repeated(200)),
     };
     for (const QString& path : inputs) {
         SCOPED_TRACE(path.left(200).toStdString());

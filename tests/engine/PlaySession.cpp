@@ -13,6 +13,19 @@ bool WaitUntil(const std::function<bool()>& pred, std::chrono::milliseconds time
     return true;
 }
 
+std::string EngineProperty(const char* pszName)
+{
+    char* psz = qkplay_get_engine_property(pszName);
+    std::string str = psz ? psz : "<none>";
+    qkplay_free(psz);
+    return str;
+}
+
+bool EnginePropertyBecomes(const char* pszName, const std::string& strValue, std::chrono::milliseconds timeout)
+{
+    return WaitUntil([&] { return EngineProperty(pszName) == strValue; }, timeout);
+}
+
 PlaySession::~PlaySession()
 {
     if (thread.joinable()) {

@@ -16,6 +16,11 @@ namespace orbeltest {
 // Waits until pred() holds or the time is up; returns the last value of pred().
 bool WaitUntil(const std::function<bool()>& pred, std::chrono::milliseconds timeout);
 
+// A property of the media engine as text, "<none>" when unavailable.
+std::string EngineProperty(const char* pszName);
+// Waits for an asynchronous setting or state to arrive in the engine.
+bool EnginePropertyBecomes(const char* pszName, const std::string& strValue, std::chrono::milliseconds timeout);
+
 class PlaySession
 {
 public:

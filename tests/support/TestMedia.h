@@ -53,7 +53,7 @@ public:
     static std::string Utf8(const QString& strPath);
     static std::u16string Utf16(const QString& strPath);
 
-private:
+    // A file of these bytes in the media folder, for files that are no media.
     static QString WriteBytes(const QString& fileName, const QByteArray& bytes);
 };
 
