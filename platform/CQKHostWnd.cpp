@@ -96,6 +96,10 @@ bool CQKHostWnd::Create(const CQKHostCreate& cs)
     if (cs.rcWindow.isValid())
         w->setGeometry(cs.rcWindow);
     w->winId(); // the native window exists from now on, as after the system's create
+    // Qt makes the native window anew when "always on top" changes before it is shown; the
+    // X11 window of now takes its role from this property of the window handle.
+    if (!cs.strClassName.isEmpty() && w->windowHandle())
+        w->windowHandle()->setProperty("_q_xcb_wm_window_role", cs.strClassName.toUtf8());
 
     {
         std::lock_guard lock(g_liveLock);

@@ -146,6 +146,18 @@ TEST_F(MenuE2ETest, ChoicesByPointerAndKeysShowTheirMarksAndExitByItsLetterSaves
     const QString options = ReadWideFile(sandbox.SkinFolder() + "playeroptions.dat");
     EXPECT_TRUE(options.contains(QStringLiteral("ds=\"3\" bAutoPlayNext=\"1\""))) << qPrintable(options);
     EXPECT_TRUE(options.contains(QStringLiteral("bAlwaysOnTop=\"1\""))) << qPrintable(options);
+
+    // Started again with those options, the window that is on top from its start is the
+    // player's own, found by its role, and it stays until it is told to end.
+    const unsigned long w2 = StartPlayer({});
+    ASSERT_NE(w2, 0u);
+    QThread::msleep(1500);
+    ASSERT_EQ(player->state(), QProcess::Running) << "the player ended by itself";
+    menu = RightClick(w2, ptTitle);
+    ASSERT_NE(menu, 0u);
+    EXPECT_TRUE(WaitUntil([&] { return Checked(menu, 8); }, 5000));
+    Key("e");
+    ASSERT_TRUE(PlayerSandbox::WaitForEnd(player, 15000)) << "the player did not end";
 }
 
 } // namespace
