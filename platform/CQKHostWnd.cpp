@@ -709,6 +709,21 @@ void CQKHostWnd::UpdateWindowFromImage(const QImage& image, QPoint ptDest)
     pWidget->Blit(rc);
 }
 
+QImage* CQKHostWnd::HostImageToDraw(QSize size)
+{
+    if (!pWidget)
+        return nullptr;
+    pWidget->FitImage();
+    QImage& target = pWidget->image;
+    return !target.isNull() && QKImageSize(target) == size ? &target : nullptr;
+}
+
+void CQKHostWnd::ShowHostImage(const QRect& rc)
+{
+    if (pWidget)
+        pWidget->Blit(rc.intersected(pWidget->rect()));
+}
+
 qreal CQKHostWnd::DevicePixelRatio() const
 {
     return pWidget ? pWidget->devicePixelRatioF() : QKScreenPixelRatio();

@@ -253,6 +253,11 @@ public:
     // The one way composed pixels reach the screen: copies `image` into the host's picture
     // at `ptDest` (client pixels) and puts that rectangle on screen before returning.
     void UpdateWindowFromImage(const QImage& image, QPoint ptDest = QPoint(0, 0));
+    // The host's picture to compose a whole window into in place, without a picture of its
+    // own and a copy: fitted to the window, or null when there is no window or the picture
+    // is not `size` (client pixels). What is drawn reaches the screen with ShowHostImage.
+    QImage* HostImageToDraw(QSize size);
+    void ShowHostImage(const QRect& rc);
     // The host's composed picture (client size, ARGB32 premultiplied): what the screen shows.
     // It has the window's device pixel ratio (see QKNewImage), as pictures handed to
     // UpdateWindowFromImage should have, so that they reach the screen pixel for pixel.

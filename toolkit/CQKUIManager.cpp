@@ -199,6 +199,16 @@ void CQKUIManager::PaintAll()
     const QRect rc = hWndHost->GetWindowRect();
     if (rc.width() <= 0 || rc.height() <= 0)
         return;
+    // Composed in place, the window's picture needs no second one of its size and no copy.
+    // The screen takes colour only: on opaque black a translucent background leaves the
+    // colour it would leave with its alpha dropped, and the face colour covers everything.
+    if (QImage* pTarget = hWndHost->HostImageToDraw(rc.size())) {
+        if (pBackground && !pBackground->isNull())
+            pTarget->fill(0xFF000000u);
+        Compose(*pTarget);
+        hWndHost->ShowHostImage(QRect(QPoint(0, 0), rc.size()));
+        return;
+    }
     QImage image = QKNewImage(rc.width(), rc.height(), hWndHost->DevicePixelRatio());
     if (image.isNull())
         return;
