@@ -711,7 +711,8 @@ void CQKHostWnd::UpdateWindowFromImage(const QImage& image, QPoint ptDest)
 
 QImage* CQKHostWnd::HostImageToDraw(QSize size)
 {
-    if (!pWidget)
+    // A see-through window shows its picture's alpha, which only a picture of its own keeps.
+    if (!pWidget || pWidget->bTranslucent)
         return nullptr;
     pWidget->FitImage();
     QImage& target = pWidget->image;

@@ -255,7 +255,8 @@ public:
     void UpdateWindowFromImage(const QImage& image, QPoint ptDest = QPoint(0, 0));
     // The host's picture to compose a whole window into in place, without a picture of its
     // own and a copy: fitted to the window, or null when there is no window or the picture
-    // is not `size` (client pixels). What is drawn reaches the screen with ShowHostImage.
+    // is not `size` (client pixels) or the window is see-through. What is drawn reaches the
+    // screen with ShowHostImage.
     QImage* HostImageToDraw(QSize size);
     void ShowHostImage(const QRect& rc);
     // The host's composed picture (client size, ARGB32 premultiplied): what the screen shows.
