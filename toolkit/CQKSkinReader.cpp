@@ -149,7 +149,9 @@ bool CQKSkinReader::ReadFile(const QString& path)
     const QFileInfo info(path);
     if (!info.isFile() || info.size() > kMaxSkinBytes || !file.open(QIODevice::ReadOnly))
         return false;
-    const QByteArray data = file.read(kMaxSkinBytes);
+    // Reading at most the size the file has now: a read of the largest size allowed would
+    // reserve that much memory first, whatever the file holds.
+    const QByteArray data = file.read(std::min(file.size(), kMaxSkinBytes));
     return ReadText(data.constData(), static_cast<size_t>(data.size()));
 }
 
