@@ -1,5 +1,7 @@
 #include "CQKEngine.h"
 
+#include "CQKMediaLibraries.h"
+
 #include <algorithm>
 #include <chrono>
 #include <clocale>
@@ -145,6 +147,8 @@ bool CQKEngine::EnsureHandleLocked(std::unique_lock<std::mutex>& lk)
 
 mpv_handle* CQKEngine::CreateHandle(double dInitialVolume, int nMute, const std::string& strFilter)
 {
+    if (!CQKMediaLibraries::Instance().Load())
+        return nullptr;
     // libmpv refuses to start with a numeric locale other than "C". Programs are asked to
     // set it themselves (qkplay.h); this only saves one that forgot.
     const char* pszLocale = std::setlocale(LC_NUMERIC, nullptr);

@@ -1,5 +1,7 @@
 #include "CQKMediaProbe.h"
 
+#include "CQKMediaLibraries.h"
+
 #include "services/QKWideText.h"
 
 #include <chrono>
@@ -127,6 +129,8 @@ bool CQKMediaProbe::Probe(const std::string& strPath, tagQKMediaInfo& info, cons
     struct stat st
     { };
     if (strPath.empty() || ::stat(strPath.c_str(), &st) != 0 || !S_ISREG(st.st_mode) || st.st_size == 0)
+        return false;
+    if (!CQKMediaLibraries::Instance().Load())
         return false;
 
     // The program keeps no log; the demuxer's complaints about broken files would only

@@ -2,6 +2,7 @@
 #include "qkplay.h"
 
 #include "CQKEngine.h"
+#include "CQKMediaLibraries.h"
 #include "CQKMediaProbe.h"
 
 #include <climits>
@@ -75,6 +76,11 @@ QKPLAY_API void qkplay_prepare(const char* path)
     if (nLength == 0 || nLength >= QKPLAY_MAX_PATH)
         return;
     CQKEngine::Instance().Prepare(std::string(path, nLength));
+}
+
+QKPLAY_API void qkplay_preload(void)
+{
+    qkplay::CQKMediaLibraries::Instance().Preload();
 }
 
 QKPLAY_API void qkplaydll_Stop(void)

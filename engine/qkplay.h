@@ -33,7 +33,8 @@
  * Nothing needs to be set up. The library's media engine (one libmpv instance) is created on
  * first need, that is by the first qkplaydll_Play, qkplay_video_attach or qkplay_prepare, and lives until the
  * process exits. Volume, mute and colour offsets set before that are kept and are in force
- * from the first file on; they stay across files.
+ * from the first file on; they stay across files. The media libraries themselves are loaded
+ * at run time, on first need or ahead of it by qkplay_preload.
  *
  * The engine uses libmpv, which requires the C locale for LC_NUMERIC. A program that sets the
  * locale from the environment (as Qt does at start-up) must set LC_NUMERIC back to "C"
@@ -177,6 +178,18 @@ QKPLAY_API int qkplaydll_Play(const char* path, qkplay_video* video, qkplay_noti
  * library ends that thread itself, also when the process exits with a file still prepared.
  */
 QKPLAY_API void qkplay_prepare(const char* path);
+
+/*
+ * Starts loading the media libraries under the engine (libmpv and FFmpeg, some two hundred
+ * shared libraries in all) on a thread of the library, and returns at once. The library does
+ * not load them with the program: the first operation that needs them (a Play, a probe, a
+ * prepare, a video attach) loads them, or waits for a load that this call started. A program
+ * calls this early, after its own libraries are loaded, so that the load runs while it does
+ * other work. On a machine without those libraries every file is refused; nothing aborts.
+ *
+ * Thread: any; never waits. Calls after the first do nothing.
+ */
+QKPLAY_API void qkplay_preload(void);
 
 /*
  * Ends the current playback: a blocked qkplaydll_Play returns promptly, in every state

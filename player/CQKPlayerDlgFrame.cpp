@@ -32,6 +32,7 @@
 #include "toolkit/CQKUIManager.h"
 #include "toolkit/QKTheme.h"
 
+#include <QImageReader>
 #include <initializer_list>
 #include <utility>
 
@@ -78,7 +79,11 @@ void CQKPlayerDlg::PaintGround(CQKGraphics* pGraphics, int w, int h, bool bCapti
     if (bCaption) {
         if (!m_pAppIconBitmap) {
             // A missing icon leaves an empty picture: no icon, and no message.
-            QImage icon(QKAppFolder() + QStringLiteral("skin/btn/gold.png"));
+            // Read as what it is: a reader left to guess would load every picture format's
+            // plugin first, in the middle of the window's first paint.
+            QImageReader reader(QKAppFolder() + QStringLiteral("skin/btn/gold.png"), "png");
+            reader.setAutoDetectImageFormat(false);
+            const QImage icon = reader.read();
             m_pAppIconBitmap = std::make_unique<QImage>(icon.convertToFormat(QImage::Format_ARGB32_Premultiplied));
         }
         if (!m_pAppIconBitmap->isNull())
