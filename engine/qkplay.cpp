@@ -78,9 +78,12 @@ QKPLAY_API void qkplay_prepare(const char* path)
     CQKEngine::Instance().Prepare(std::string(path, nLength));
 }
 
-QKPLAY_API void qkplay_preload(void)
+QKPLAY_API int qkplay_load_libraries(int wait)
 {
-    qkplay::CQKMediaLibraries::Instance().Preload();
+    auto& libraries = qkplay::CQKMediaLibraries::Instance();
+    if (wait)
+        return libraries.Load() ? 1 : 0;
+    return libraries.Preload() ? 1 : 0;
 }
 
 QKPLAY_API void qkplaydll_Stop(void)

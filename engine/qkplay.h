@@ -34,7 +34,7 @@
  * first need, that is by the first qkplaydll_Play, qkplay_video_attach or qkplay_prepare, and lives until the
  * process exits. Volume, mute and colour offsets set before that are kept and are in force
  * from the first file on; they stay across files. The media libraries themselves are loaded
- * at run time, on first need or ahead of it by qkplay_preload.
+ * at run time, on first need or ahead of it by qkplay_load_libraries.
  *
  * The engine uses libmpv, which requires the C locale for LC_NUMERIC. A program that sets the
  * locale from the environment (as Qt does at start-up) must set LC_NUMERIC back to "C"
@@ -180,16 +180,20 @@ QKPLAY_API int qkplaydll_Play(const char* path, qkplay_video* video, qkplay_noti
 QKPLAY_API void qkplay_prepare(const char* path);
 
 /*
- * Starts loading the media libraries under the engine (libmpv and FFmpeg, some two hundred
- * shared libraries in all) on a thread of the library, and returns at once. The library does
- * not load them with the program: the first operation that needs them (a Play, a probe, a
- * prepare, a video attach) loads them, or waits for a load that this call started. A program
- * calls this early, after its own libraries are loaded, so that the load runs while it does
- * other work. On a machine without those libraries every file is refused; nothing aborts.
+ * Loads the media libraries under the engine (libmpv and FFmpeg, some two hundred shared
+ * libraries in all). The library is not linked with them: the first operation that needs them
+ * (a Play, a probe, a prepare, a video attach) loads them, or waits for a load under way. A
+ * program that has no use for the engine in a given run (a start that only hands its files
+ * to another) never pays for them; one that will play calls this early.
  *
- * Thread: any; never waits. Calls after the first do nothing.
+ * wait: non-zero to return once they are loaded; 0 to load them on a thread of the library
+ *     and return at once.
+ * Result: 1 when they are loaded (or, without waiting, when a load was started or is done and
+ *     did not fail); 0 when they cannot be loaded. Then every file is refused; nothing aborts.
+ *
+ * Thread: any. Calls after the first load find it done, or wait for it when asked to.
  */
-QKPLAY_API void qkplay_preload(void);
+QKPLAY_API int qkplay_load_libraries(int wait);
 
 /*
  * Ends the current playback: a blocked qkplaydll_Play returns promptly, in every state

@@ -8,15 +8,12 @@
 #include <QGuiApplication>
 #include <QSocketNotifier>
 #include <QStyleHints>
-#include <QThreadPool>
 #include <QUrl>
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <memory>
-#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -62,24 +59,6 @@ bool QKHasSessionBus()
         return bus.isConnected() && bus.interface() != nullptr;
     }();
     return bHasBus;
-}
-
-void QKStartSharedThreads()
-{
-    QKHasSessionBus();
-    // Large fills and conversions of pictures run in stripes on Qt's shared threads: those
-    // threads are started now, all of them, each kept until all have started.
-    QThreadPool* pPool = QThreadPool::globalInstance();
-    const int nThreads = pPool->maxThreadCount();
-    auto pLeft = std::make_shared<std::atomic<int>>(nThreads);
-    for (int i = 0; i < nThreads; ++i) {
-        pPool->start([pLeft] {
-            pLeft->fetch_sub(1);
-            const auto tEnd = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
-            while (pLeft->load() > 0 && std::chrono::steady_clock::now() < tEnd)
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        });
-    }
 }
 
 QString QKGetClipboardText()

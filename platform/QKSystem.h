@@ -16,12 +16,6 @@ uint64_t QKGetDoubleClickTime();
 // desktop) is used only then. The answer is found once and kept.
 bool QKHasSessionBus();
 
-// Starts the threads that the windows share (the session bus's connection, Qt's painting
-// threads) ahead of other work: the system's loader lets one thread at a time start a thread
-// or load a library, so a window that started them while another thread loads libraries
-// would wait for that thread.
-void QKStartSharedThreads();
-
 // The clipboard's text, or an empty text.
 QString QKGetClipboardText();
 void QKSetClipboardText(const QString& text);

@@ -98,15 +98,16 @@ bool CQKPlayerApp::InitInstance()
         m_bReadOwnFiles = true;
     }
 
-    // The engine's media libraries (more than the rest of the program's) load on a thread of
-    // the engine while the window is made. The system lets one thread at a time load a
-    // library or start a thread, so the threads the window needs are started first.
-    QKStartSharedThreads();
+    // The engine's media libraries (more than the rest of the program's) are loaded only by a
+    // start that runs the window: a start that hands its files over never needs them. They
+    // load here, before the window, and not beside it: the system lets one thread at a time
+    // load a library or start a thread, so a window built meanwhile would mostly wait, and
+    // on two cores the two slowed each other down more than they gained.
+    qkplay_load_libraries(1);
     // The window acts on the list 100 ms after it came up; the list's first file is readied
     // meanwhile, from here on, so that the engine is made while the window is.
     if (m_bOwnFilesWritten && !m_arrOwnFiles.isEmpty())
         m_preparedStart.Begin(m_arrOwnFiles.first());
-    qkplay_preload();
 
     // Common controls, the framework's own start, OLE, the shell manager, the registry key
     // and the graphics library need nothing here.

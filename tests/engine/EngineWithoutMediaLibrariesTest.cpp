@@ -14,7 +14,8 @@ using orbeltest::TestMedia;
 
 TEST(EngineWithoutMediaLibrariesTest, EveryFileIsRefusedAndNothingElseFails)
 {
-    qkplay_preload();
+    EXPECT_EQ(qkplay_load_libraries(1), 0);
+    EXPECT_EQ(qkplay_load_libraries(0), 0) << "a failed load is not started again";
     qkplaydll_SetVolume(0.5);
     qkplaydll_SetMute(1);
     const QString strClip = TestMedia::VideoWithSound(1.0);
