@@ -51,6 +51,13 @@ QString CQKSingleInstance::RuntimeFolder()
     return QString::fromLocal8Bit(path);
 }
 
+bool CQKSingleInstance::HasListener() const
+{
+    struct stat st
+    { };
+    return ::stat(QFile::encodeName(m_strServerPath).constData(), &st) == 0 && S_ISSOCK(st.st_mode);
+}
+
 bool CQKSingleInstance::Acquire()
 {
     if (m_nLockFd >= 0)

@@ -59,6 +59,9 @@ public:
     void Close();
 
     bool IsHeld() const { return m_nLockFd >= 0; }
+    // A hint, without touching the lock: a first instance is listening (or one that crashed
+    // left its socket behind). Usable before the program's application object exists.
+    bool HasListener() const;
     QString LockPath() const { return m_strLockPath; }
     QString ServerPath() const { return m_strServerPath; }
 

@@ -64,6 +64,15 @@ void CQKPlayerApp::SavePlayerOptions()
     QKPlayerOptions::Save(GetOptionsPath());
 }
 
+void CQKPlayerApp::LoadEngineUnlessHandingOver()
+{
+    // The media libraries are more than the rest of the program's together. Loaded before the
+    // window system's own libraries, the loader searches fewer libraries for each of their
+    // symbols; a start that hands its files to a running player never needs them at all.
+    if (!CQKSingleInstance(kMutexName, kServerName).HasListener())
+        qkplay_load_libraries(1);
+}
+
 bool CQKPlayerApp::InitInstance()
 {
     m_hInstanceMutex.reset();
@@ -98,11 +107,11 @@ bool CQKPlayerApp::InitInstance()
         m_bReadOwnFiles = true;
     }
 
-    // The engine's media libraries (more than the rest of the program's) are loaded only by a
-    // start that runs the window: a start that hands its files over never needs them. They
-    // load here, before the window, and not beside it: the system lets one thread at a time
-    // load a library or start a thread, so a window built meanwhile would mostly wait, and
-    // on two cores the two slowed each other down more than they gained.
+    // A start that runs the window needs the engine's media libraries. Most such starts have
+    // loaded them already (LoadEngineUnlessHandingOver); one that found another player and
+    // then did not hand over (a player on its way out, one instance not asked for) loads them
+    // here, before the window, and not beside it: the system lets one thread at a time load a
+    // library or start a thread, so a window built meanwhile would mostly wait.
     qkplay_load_libraries(1);
     // The window acts on the list 100 ms after it came up; the list's first file is readied
     // meanwhile, from here on, so that the engine is made while the window is.

@@ -37,6 +37,10 @@ public:
 
     // The command line exactly as the process got it, every entry including the first.
     void SetCommandLine(const QStringList& args) { m_arrCommandLine = args; }
+    // Loads the engine's media libraries unless another player of this user runs, to which
+    // this start will most likely hand its files. Called first of all, before the window
+    // system: see the start of InitInstance.
+    static void LoadEngineUnlessHandingOver();
     // Start-up, the main window's whole life, and the end. Returns false, always: there is
     // nothing to run after it.
     bool InitInstance();

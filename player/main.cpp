@@ -7,6 +7,7 @@
 int main(int argc, char** argv)
 {
     const QStringList args = CQKApplication::CommandLine(argc, argv);
+    CQKPlayerApp::LoadEngineUnlessHandingOver();
     CQKApplication app(argc, argv);
     // The control kinds are known before the first skin file is read.
     QKRegisterControls();

@@ -74,15 +74,20 @@ TEST_F(SingleInstanceTest, OnlyTheFirstGetsTheLockUntilItCloses)
 TEST_F(SingleInstanceTest, SocketIsPerUserInTheRuntimeFolder)
 {
     CQKSingleInstance inst(kLock, kServer);
+    CQKSingleInstance later(kLock, kServer);
     EXPECT_EQ(inst.ServerPath(), dir.path() + "/QKOrbelPlayerGuiFrame-" + QString::number(getuid()));
     ASSERT_TRUE(inst.Acquire());
+    EXPECT_FALSE(later.HasListener()) << "the lock alone is no listener";
     ASSERT_TRUE(inst.Listen([] {}));
+    EXPECT_TRUE(later.HasListener());
     struct stat st
     { };
     ASSERT_EQ(stat(QFile::encodeName(inst.ServerPath()).constData(), &st), 0);
     EXPECT_TRUE(S_ISSOCK(st.st_mode));
     // Nobody else may connect to it.
     EXPECT_EQ(st.st_mode & 0077, 0u);
+    inst.Close();
+    EXPECT_FALSE(later.HasListener());
 }
 
 TEST_F(SingleInstanceTest, WakeUpReachesTheListenerOncePerStart)
