@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <string>
+#include <thread>
 
 namespace qkplay {
 
