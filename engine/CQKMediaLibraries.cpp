@@ -2,7 +2,6 @@
 
 #include <dlfcn.h>
 #include <string>
-#include <thread>
 
 namespace qkplay {
 
@@ -36,26 +35,6 @@ CQKMediaLibraries& CQKMediaLibraries::Instance()
 {
     static auto* pInstance = new CQKMediaLibraries;
     return *pInstance;
-}
-
-bool CQKMediaLibraries::Preload()
-{
-    {
-        std::lock_guard lk(m_mtx);
-        if (m_state != State::NotStarted)
-            return m_state != State::Done || m_bOk;
-        m_state = State::Loading;
-    }
-    // Detached: the load ends by itself, and a process that exits meanwhile waits for the
-    // dynamic loader, not for us.
-    std::thread([this] {
-        const bool bOk = LoadNow();
-        std::lock_guard lk(m_mtx);
-        m_bOk = bOk;
-        m_state = State::Done;
-        m_cv.notify_all();
-    }).detach();
-    return true;
 }
 
 bool CQKMediaLibraries::Load()

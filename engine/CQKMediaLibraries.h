@@ -5,9 +5,9 @@
 // Together they pull in some two hundred shared libraries, which take the dynamic loader
 // longer than the rest of the player's start-up before its window. Loaded at run time, they
 // cost nothing to a start that has no use for them. Every entry of the engine that needs them
-// calls Load first, which waits for a load under way or loads them there and then; Preload
-// starts a load on a thread of its own. The calls themselves (mpv_*, av*) go through
-// QKMediaImports.cpp, which forwards each to the loaded library.
+// calls Load first, which waits for a load under way or loads them there and then. The
+// calls themselves (mpv_*, av*) go through QKMediaImports.cpp, which forwards each to the
+// loaded library.
 //
 // A machine without these libraries still starts the player: Load is then false, and every
 // file is refused as the engine refuses a file it cannot open.
@@ -27,9 +27,6 @@ public:
     CQKMediaLibraries(const CQKMediaLibraries&) = delete;
     CQKMediaLibraries& operator=(const CQKMediaLibraries&) = delete;
 
-    // Starts loading on a thread of its own and returns at once; does nothing once a load
-    // has started. False only when a load is done and failed.
-    bool Preload();
     // True when every library and function is there, loading them first or waiting for a
     // load under way. Thread: any.
     bool Load();

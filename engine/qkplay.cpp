@@ -78,12 +78,9 @@ QKPLAY_API void qkplay_prepare(const char* path)
     CQKEngine::Instance().Prepare(std::string(path, nLength));
 }
 
-QKPLAY_API int qkplay_load_libraries(int wait)
+QKPLAY_API int qkplay_load_libraries(void)
 {
-    auto& libraries = qkplay::CQKMediaLibraries::Instance();
-    if (wait)
-        return libraries.Load() ? 1 : 0;
-    return libraries.Preload() ? 1 : 0;
+    return qkplay::CQKMediaLibraries::Instance().Load() ? 1 : 0;
 }
 
 QKPLAY_API void qkplaydll_Stop(void)

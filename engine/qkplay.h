@@ -181,19 +181,18 @@ QKPLAY_API void qkplay_prepare(const char* path);
 
 /*
  * Loads the media libraries under the engine (libmpv and FFmpeg, some two hundred shared
- * libraries in all). The library is not linked with them: the first operation that needs them
- * (a Play, a probe, a prepare, a video attach) loads them, or waits for a load under way. A
- * program that has no use for the engine in a given run (a start that only hands its files
- * to another) never pays for them; one that will play calls this early.
+ * libraries in all) and returns once they are loaded. The library is not linked with them:
+ * the first operation that needs them (a Play, a probe, a prepare, a video attach) loads them,
+ * or waits for a load under way. A program that has no use for the engine in a given run (a
+ * start that only hands its files to another) never pays for them; one that will play calls
+ * this early, at a moment of its choosing.
  *
- * wait: non-zero to return once they are loaded; 0 to load them on a thread of the library
- *     and return at once.
- * Result: 1 when they are loaded (or, without waiting, when a load was started or is done and
- *     did not fail); 0 when they cannot be loaded. Then every file is refused; nothing aborts.
+ * Result: 1 when they are loaded; 0 when they cannot be. Then every file is refused; nothing
+ * aborts. A failed load is not tried again.
  *
- * Thread: any. Calls after the first load find it done, or wait for it when asked to.
+ * Thread: any. Calls after the first find the load done, or wait for it.
  */
-QKPLAY_API int qkplay_load_libraries(int wait);
+QKPLAY_API int qkplay_load_libraries(void);
 
 /*
  * Ends the current playback: a blocked qkplaydll_Play returns promptly, in every state

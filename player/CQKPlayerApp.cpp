@@ -70,7 +70,7 @@ void CQKPlayerApp::LoadEngineUnlessHandingOver()
     // window system's own libraries, the loader searches fewer libraries for each of their
     // symbols; a start that hands its files to a running player never needs them at all.
     if (!CQKSingleInstance(kMutexName, kServerName).HasListener())
-        qkplay_load_libraries(1);
+        qkplay_load_libraries();
 }
 
 bool CQKPlayerApp::InitInstance()
@@ -112,7 +112,7 @@ bool CQKPlayerApp::InitInstance()
     // then did not hand over (a player on its way out, one instance not asked for) loads them
     // here, before the window, and not beside it: the system lets one thread at a time load a
     // library or start a thread, so a window built meanwhile would mostly wait.
-    qkplay_load_libraries(1);
+    qkplay_load_libraries();
     // The window acts on the list 100 ms after it came up; the list's first file is readied
     // meanwhile, from here on, so that the engine is made while the window is.
     if (m_bOwnFilesWritten && !m_arrOwnFiles.isEmpty())
